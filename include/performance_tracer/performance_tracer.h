@@ -1,0 +1,14 @@
+#pragma once
+
+// Everything the tracer exports.
+
+#include <performance_tracer/constants.h>
+#include <performance_tracer/export.h>
+#include <performance_tracer/groupings.h>
+#include <performance_tracer/logging.h>
+#include <performance_tracer/mem_stats.h>
+#include <performance_tracer/names.h>
+#include <performance_tracer/raw_points.h>
+#include <performance_tracer/raw_store.h>
+#include <performance_tracer/system_info.h>
+#include <performance_tracer/tracer.h>

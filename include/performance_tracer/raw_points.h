@@ -1,0 +1,119 @@
+#pragma once
+
+// Raw data points: one logging call each, holding ids of names, the start flag, the two clock
+// readings and two memory records. Each class is a superset of the one before.
+
+#include <performance_tracer/export.h>
+#include <performance_tracer/mem_stats.h>
+
+#include <boost/shared_ptr.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+struct hvArray;
+
+/// A point of the host language itself (_pointType 0).
+class PT_API PTOrviaDataPoint {
+public:
+    /// Zero memory records and every id -1.
+    PTOrviaDataPoint();
+    /// Copies the ids, flags and times, and each memory record into one of its own; a null
+    /// record in the source leaves a zero record.
+    PTOrviaDataPoint(const PTOrviaDataPoint& other);
+    /// Reads a cell row as toRow writes it, the older form without the version cell included.
+    /// Names are entered into this process's tables. Cells of an unexpected class, and cells
+    /// past the end of a short row, read as zero, false or the empty name.
+    explicit PTOrviaDataPoint(const hvArray* row);
+    PTOrviaDataPoint& operator=(const PTOrviaDataPoint&) = delete;
+    virtual ~PTOrviaDataPoint();
+
+    /// A new 1-by-16 cell row: version "1", point type, phase (in display form), grouping,
+    /// statistics type, start flag, wall clock, CPU time, five detailed and three basic figures.
+    virtual hvArray* toRow() const;
+    /// True when both points are of one class and share every identity id: grouping and phase,
+    /// and for the wider classes model and target, machine and chart. Statistics type, flags,
+    /// times and memory are not compared.
+    virtual bool isSamePoint(const boost::shared_ptr<PTOrviaDataPoint>& other) const;
+    /// A copy of the same class.
+    virtual boost::shared_ptr<PTOrviaDataPoint> clone() const;
+
+    std::int32_t _pointType = 0;
+    std::int32_t _groupingID = -1;
+    std::int32_t _phaseID = -1;
+    std::int32_t _statisticsTypeID = -1;
+    bool _isPhaseStart = false;
+    /// Set on points that processing makes up; logging never sets it and rows do not hold it.
+    bool _isGenerated = false;
+    double _wcTime = 0.0;
+    double _cpuTime = 0.0;
+    boost::shared_ptr<pt::BasicMemStats> _basicMem;
+    boost::shared_ptr<pt::DetailedMemStats> _detailedMem;
+
+protected:
+    /// A name that a wider class adds to the row, after the grouping: its kind and its id.
+    struct RowName {
+        std::uint32_t kind;
+        std::int32_t id;
+    };
+    /// Where a row's added name is read into.
+    struct RowNameSlot {
+        std::uint32_t kind;
+        std::int32_t* id;
+    };
+    struct RowStart {};
+
+    explicit PTOrviaDataPoint(std::int32_t pointType);
+    /// The start values of reading a row: point type and ids 0, no memory records.
+    explicit PTOrviaDataPoint(RowStart);
+
+    hvArray* buildRow(std::span<const RowName> extraNames) const;
+    void readRow(const hvArray* row, std::span<const RowNameSlot> extraNames);
+
+    void detailedMemToRow(hvArray* row, std::size_t& index) const;
+    void basicMemToRow(hvArray* row, std::size_t& index) const;
+    void detailedMemFromRow(const hvArray* row, std::size_t& index);
+    void basicMemFromRow(const hvArray* row, std::size_t& index);
+};
+
+/// A point of the block-diagram tool (_pointType 1): adds model and target.
+class PT_API PTKestruneDataPoint : public PTOrviaDataPoint {
+public:
+    PTKestruneDataPoint();
+    PTKestruneDataPoint(const PTKestruneDataPoint& other) = default;
+    explicit PTKestruneDataPoint(const hvArray* row);
+
+    /// A 1-by-18 cell row: as the base, with model and target after the grouping.
+    hvArray* toRow() const override;
+    bool isSamePoint(const boost::shared_ptr<PTOrviaDataPoint>& other) const override;
+    boost::shared_ptr<PTOrviaDataPoint> clone() const override;
+
+    std::int32_t _modelID = -1;
+    std::int32_t _targetID = -1;
+
+protected:
+    explicit PTKestruneDataPoint(std::int32_t pointType);
+    /// Default values, but point type, model and target 0.
+    explicit PTKestruneDataPoint(RowStart);
+};
+
+/// A point of the state-chart tool (_pointType 2): adds machine and chart.
+class PT_API PTYlvaneDataPoint : public PTKestruneDataPoint {
+public:
+    PTYlvaneDataPoint();
+    PTYlvaneDataPoint(const PTYlvaneDataPoint& other) = default;
+    explicit PTYlvaneDataPoint(const hvArray* row);
+
+    /// A 1-by-20 cell row: as the Kestrune row, with machine and chart after the target.
+    hvArray* toRow() const override;
+    bool isSamePoint(const boost::shared_ptr<PTOrviaDataPoint>& other) const override;
+    boost::shared_ptr<PTOrviaDataPoint> clone() const override;
+
+    std::int32_t _machineID = -1;
+    std::int32_t _chartID = -1;
+};
+
+/// The raw store and its copies: points of all three classes in logging order.
+using PTRawDataVector = std::vector<boost::shared_ptr<PTOrviaDataPoint>>;

@@ -1,0 +1,110 @@
+#include "tracer_test_support.h"
+
+namespace {
+
+using NameTables = TracerTest;
+
+TEST_F(NameTables, IdsAreDenseAndMissesAddNothing) {
+    PerformanceTracer& t = tracer();
+    EXPECT_EQ(t.nameToID(PT_TABLE_PHASE, "load", true), 0u);
+    EXPECT_EQ(t.nameToID(PT_TABLE_PHASE, "load", true), 0u);
+    EXPECT_EQ(tableSize(PT_TABLE_PHASE), 1u);
+
+    EXPECT_EQ(t.nameToID(PT_TABLE_PHASE, "unseen", false), PT_NO_ID);
+    EXPECT_EQ(tableSize(PT_TABLE_PHASE), 1u);
+    EXPECT_EQ(t.nameToID(PT_TABLE_PHASE, "compile", true), 1u);
+
+    // No folding of any kind: these are two names.
+    EXPECT_EQ(t.nameToID(PT_TABLE_MODEL, "Model", true), 0u);
+    EXPECT_EQ(t.nameToID(PT_TABLE_MODEL, "model", true), 1u);
+    EXPECT_EQ(ptGetModelStr(0), "Model");
+    EXPECT_EQ(ptGetModelStr(1), "model");
+}
+
+TEST_F(NameTables, UnknownKindsAndIdsAnswerNotFound) {
+    PerformanceTracer& t = tracer();
+    EXPECT_EQ(t.nameToID(7, "x", true), PT_NO_ID);
+    EXPECT_EQ(t.idToName(7, 0), "");
+    ptNameID(PT_TABLE_PHASE, "only");
+    for (int id : {-1, -2, 1, 1000}) {
+        EXPECT_EQ(ptGetPhaseStr(id), "") << id;
+    }
+    EXPECT_EQ(ptGetPhaseStr(0), "only");
+
+    // The empty string is a name like any other, and its name can't be told from a miss.
+    const std::uint32_t empty = t.nameToID(PT_TABLE_CHART, "", true);
+    EXPECT_EQ(empty, 0u);
+    EXPECT_EQ(ptGetChartStr(0), "");
+    EXPECT_EQ(tableSize(PT_TABLE_CHART), 1u);
+}
+
+TEST_F(NameTables, EachExportReadsItsOwnTable) {
+    ptNameID(PT_TABLE_STATISTICS_TYPE, "stats");
+    ptNameID(PT_TABLE_TARGET, "target");
+    ptNameID(PT_TABLE_MACHINE, "machine");
+    ptNameID(PT_TABLE_CHART, "chart");
+    ptNameID(PT_TABLE_PHASE, "phase");
+    EXPECT_EQ(ptGetStatisticsTypeStr(0), "stats");
+    EXPECT_EQ(ptGetTargetStr(0), "target");
+    EXPECT_EQ(ptGetMachineStr(0), "machine");
+    EXPECT_EQ(ptGetChartStr(0), "chart");
+    EXPECT_EQ(ptGetPhaseStr(0), "phase");
+    EXPECT_EQ(ptGetModelStr(0), "");
+}
+
+TEST_F(NameTables, ClearRestartsPhaseIdsWhileGroupingIdsStay) {
+    EXPECT_EQ(KsPerformanceTracingPoint::_groupingID, 0);
+    EXPECT_EQ(ptNameStr(PT_TABLE_GROUPING, 0), "EvalPrms");
+
+    const std::int32_t grouping = ptAddGrouping("Clearing");
+    ptEnableTracer("Clearing", true);
+    ptLogOrviaData(grouping, "first", true);
+    ptLogOrviaData(grouping, "second", true);
+    EXPECT_EQ(raw().back()->_phaseID, 1);
+
+    ptClearRawData();
+    ptLogOrviaData(grouping, "second", true);
+    EXPECT_EQ(raw().back()->_phaseID, 0);
+    EXPECT_EQ(groupingID("Clearing"), grouping);
+    EXPECT_EQ(groupingID("EvalPrms"), 0);
+}
+
+TEST_F(NameTables, HollowTracerHasNoTables) {
+    PerformanceTracer hollow;
+    EXPECT_EQ(hollow.nameToID(PT_TABLE_PHASE, "x", true), PT_NO_ID);
+    EXPECT_EQ(hollow.idToName(PT_TABLE_PHASE, 0), "");
+    hollow.cleanup();  // tolerates every null member
+}
+
+TEST_F(NameTables, DisplayPhaseName) {
+    const struct {
+        const char* root;
+        const char* name;
+        bool strip;
+        const char* shown;
+    } cases[] = {
+        {"/opt/app", "\\opt\\app\\toolbox\\f", true, "toolbox/f"},
+        {"/opt/app", "\\opt\\app\\toolbox\\f", false, "toolbox/f"},
+        {"\\opt\\app", "/opt/app/toolbox/f", false, "toolbox/f"},
+        {"", "a/ks_customization/b", true, "a/b"},
+        {"", "a/ks_customization/b", false, "a/ks_customization/b"},
+        {"", "/ks_customization", true, "ks_customization"},
+        {"", "x/ks_internal_customization/ks_customization/y", true, "x/y"},
+        {"", "/ks_internal_customization", true, "ks_internal_customization"},
+        // Only a slash that is the last one goes when the flag is false.
+        {"", "//f", false, "f"},
+        {"", "//a/f", false, "/a/f"},
+        {"", "//a/f", true, "/a/f"},
+        // The root is a plain prefix of the text, not of path components.
+        {"/opt/app", "/opt/apple/f", false, "le/f"},
+        {"/opt/app", "plain", true, "plain"},
+        {"", "", false, ""},
+    };
+    for (const auto& c : cases) {
+        setPathStripRoot(c.root);
+        EXPECT_EQ(ptDisplayPhaseName(c.name, c.strip), c.shown)
+            << "root '" << c.root << "', name '" << c.name << "', strip " << c.strip;
+    }
+}
+
+}  // namespace
