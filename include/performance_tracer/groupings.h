@@ -1,8 +1,9 @@
 #pragma once
 
 // Groupings: named switches and selection units, with sub-groupings forming a tree. Children
-// are held by name; a name may sit under several parents. Cycles are tolerated: enabling,
-// removing and listing visit each grouping once per call.
+// are held by name; a name may sit under several parents. Cycles are tolerated: enabling and
+// removing visit each grouping once per call, and listing never re-enters a grouping that is
+// already on its path.
 
 #include <performance_tracer/export.h>
 
@@ -28,6 +29,6 @@ PT_API bool ptUpdateGrouping(const std::string& grouping,
 PT_API bool ptRemoveGrouping(const std::string& grouping);
 /// Sets the state of a grouping and of everything below it, creating unknown names as leaves.
 PT_API void ptEnableTracer(const std::string& grouping, bool enable);
-/// The grouping and everything below it in post-order (descendants first); empty if the name
-/// is not a grouping.
+/// The grouping and everything below it in post-order (descendants first); a grouping under
+/// several parents is listed under each. Empty if the name is not a grouping.
 PT_API std::vector<std::string> ptGetGroupingList(const std::string& grouping);

@@ -6,8 +6,9 @@
 
 // The tree lives in two fields of the tracer: _groupings (id to the names of the children)
 // and the enable states. Nothing stops a name from being its own descendant, so every walk
-// down the tree carries the set of groupings it has entered and enters none twice; on a tree
-// without cycles that set never cuts anything off.
+// down the tree carries a set of the groupings it has entered: enabling and removing enter
+// each grouping once (a second visit could change nothing), listing cuts off only a grouping
+// that is already on the path. Without a cycle neither set cuts anything that matters.
 
 namespace {
 
@@ -78,15 +79,18 @@ bool removeTree(std::int32_t id, Visited& visited) {
     return true;
 }
 
-void listTree(const std::string& grouping, Visited& visited, std::vector<std::string>& out) {
+/// Lists in post-order. A name under several parents is listed under each of them; only a
+/// grouping that is already on the current path is cut off, which ends a cycle.
+void listTree(const std::string& grouping, Visited& onPath, std::vector<std::string>& out) {
     const std::int32_t id = groupingID(grouping, false);
     const std::vector<std::string>* children = childrenOf(id);
-    if (!children || !visited.insert(id).second) {
+    if (!children || !onPath.insert(id).second) {
         return;
     }
     for (const std::string& child : *children) {
-        listTree(child, visited, out);
+        listTree(child, onPath, out);
     }
+    onPath.erase(id);
     out.push_back(grouping);
 }
 
@@ -162,7 +166,7 @@ std::vector<std::string> ptGetGroupingList(const std::string& grouping) {
     if (!tracer()._groupings) {
         return out;
     }
-    Visited visited;
-    listTree(grouping, visited, out);
+    Visited onPath;
+    listTree(grouping, onPath, out);
     return out;
 }

@@ -56,10 +56,10 @@ std::unique_ptr<PTRawDataVector> PerformanceTracer::snapshotRawData() const {
 
 std::unique_ptr<PTRawDataVector> PerformanceTracer::rawDataForGrouping(
     const std::string& grouping) {
+    const auto id = static_cast<std::int32_t>(ptNameID(PT_TABLE_GROUPING, grouping));
     if (!_rawData) {
         return nullptr;
     }
-    const auto id = static_cast<std::int32_t>(ptNameID(PT_TABLE_GROUPING, grouping));
     auto selected = std::make_unique<PTRawDataVector>();
     std::copy_if(_rawData->begin(), _rawData->end(), std::back_inserter(*selected),
                  [id](const auto& point) { return point && point->_groupingID == id; });

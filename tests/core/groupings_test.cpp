@@ -79,6 +79,9 @@ TEST_F(Groupings, EnablingFlowsDownAndCreatesMissingGroupings) {
     ASSERT_NE(childrenOf("Unknown"), nullptr);
     EXPECT_TRUE(childrenOf("Unknown")->empty());
     EXPECT_TRUE(ptIsTracerEnabled(std::string("Unknown")));
+    ptEnableTracer("Unknown off", false);
+    EXPECT_NE(childrenOf("Unknown off"), nullptr);
+    EXPECT_EQ(stateOf("Unknown off"), PT_GROUPING_OFF);
 
     ptAddGrouping("Root", {"Mid"});
     ptUpdateGrouping("Mid", {"Deep"});  // Deep is only a name until the tree is enabled
@@ -105,6 +108,12 @@ TEST_F(Groupings, ListingIsPostOrder) {
     EXPECT_EQ(ptGetGroupingList("A"), (Names{"D", "B", "C", "A"}));
     EXPECT_EQ(ptGetGroupingList("D"), (Names{"D"}));
     EXPECT_EQ(ptGetGroupingList("nobody"), Names{});
+
+    // A name under two parents is listed under both.
+    ptUpdateGrouping("C", {"D"});
+    EXPECT_EQ(ptGetGroupingList("A"), (Names{"D", "B", "D", "C", "A"}));
+    ptAddGrouping("Twice", {"E", "E"});
+    EXPECT_EQ(ptGetGroupingList("Twice"), (Names{"E", "E", "Twice"}));
 }
 
 TEST_F(Groupings, RemovingTakesTheSubtree) {

@@ -75,6 +75,8 @@ TEST_F(Logging, GlobalLoggingRecordsAnyGrouping) {
 TEST_F(Logging, ModelPointsCarryNamesAndStatisticsTypes) {
     ptEnableTracer("Build", true);
     EXPECT_TRUE(ptLogKestruneData("Build", "engine", "sim", "compile", true));
+    ASSERT_EQ(tracer()._modelStatisticsTypes->count("engine"), 1u);  // a model seen is entered
+    EXPECT_EQ(tracer()._modelStatisticsTypes->at("engine"), "");
     ptSetStatisticsTypeForModel("engine", "Incremental");
     EXPECT_TRUE(ptLogKestruneData("Build", "engine", "sim", "compile", false));
     EXPECT_TRUE(ptLogYlvaneData(groupingID("Build"), "engine", "rtw", "machine 1", "chart A",

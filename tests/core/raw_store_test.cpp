@@ -55,9 +55,14 @@ TEST_F(RawStore, FullClearEmptiesEverythingButGroupings) {
     EXPECT_EQ(tracer()._systemInfo->processorStr, "cpu");
 
     // On an empty store the tables are emptied all the same.
-    ptNameID(PT_TABLE_MACHINE, "m");
+    for (std::uint32_t kind = 0; kind < PT_TABLE_COUNT; ++kind) {
+        ptNameID(kind, "name");
+    }
     ptClearRawData();
-    EXPECT_EQ(tableSize(PT_TABLE_MACHINE), 0u);
+    for (std::uint32_t kind : {PT_TABLE_PHASE, PT_TABLE_STATISTICS_TYPE, PT_TABLE_MODEL,
+                               PT_TABLE_TARGET, PT_TABLE_MACHINE, PT_TABLE_CHART}) {
+        EXPECT_EQ(tableSize(kind), 0u) << kind;
+    }
 
     ptLogOrviaData("Kept", "after", true);
     EXPECT_EQ(raw().back()->_phaseID, 0);
@@ -69,6 +74,8 @@ TEST_F(RawStore, PartialClearsRemoveTheirPointsInPlace) {
     ASSERT_EQ(phases(), all);
 
     ptClearRawGroupingData("no such grouping");
+    ptAddGrouping("G3");
+    ptClearRawGroupingData("G3");  // a grouping without points
     ptClearRawModelData("no such model");
     ptClearRawData("G1", "no such model");
     ptClearRawData("G1", "M1", "no such target");
@@ -174,6 +181,11 @@ TEST_F(RawStore, GroupingSelectionSharesPoints) {
     const std::size_t before = tableSize(PT_TABLE_GROUPING);
     EXPECT_TRUE(tracer().rawDataForGrouping("brand new")->empty());
     EXPECT_EQ(tableSize(PT_TABLE_GROUPING), before + 1);  // the name is added
+
+    auto store = std::move(tracer()._rawData);
+    EXPECT_EQ(tracer().rawDataForGrouping("newer still"), nullptr);
+    EXPECT_EQ(tableSize(PT_TABLE_GROUPING), before + 2);  // even without a store
+    tracer()._rawData = std::move(store);
 }
 
 }  // namespace
