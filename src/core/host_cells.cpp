@@ -1,4 +1,4 @@
-#include "cell_readers.h"
+#include "host_cells.h"
 
 #include <pt_platform/hv.h>
 
@@ -9,6 +9,14 @@ namespace pt {
 namespace {
 
 template <typename T>
+hvArray* makeScalar(T value, hvClassID classID) {
+    const std::size_t dims[] = {1, 1};
+    hvArray* scalar = hvCreateNumericArray(2, dims, classID);
+    std::memcpy(hvGetData(scalar), &value, sizeof value);
+    return scalar;
+}
+
+template <typename T>
 std::int32_t firstElement(const hvArray* value) {
     T element;
     std::memcpy(&element, hvGetData(value), sizeof element);
@@ -16,6 +24,10 @@ std::int32_t firstElement(const hvArray* value) {
 }
 
 }  // namespace
+
+hvArray* makeInt32(std::int32_t value) { return makeScalar(value, hvClassID::Int32); }
+
+hvArray* makeUInt32(std::uint32_t value) { return makeScalar(value, hvClassID::UInt32); }
 
 std::int32_t readInt32(const hvArray* value) {
     if (hvIsEmpty(value)) {

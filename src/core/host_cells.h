@@ -1,7 +1,8 @@
 #pragma once
 
-// How the tracer reads host values it did not make itself: a value of an unexpected class, or
-// none at all, reads as zero, false or the empty text, never as an error.
+// The host values that hold single fields of the tracer's data: how they are made, and how the
+// tracer reads values it did not make itself, where a value of an unexpected class, or none at
+// all, reads as zero, false or the empty text, never as an error.
 
 #include <cstdint>
 #include <string>
@@ -9,6 +10,10 @@
 struct hvArray;
 
 namespace pt {
+
+/// New 1-by-1 integer scalars.
+hvArray* makeInt32(std::int32_t value);
+hvArray* makeUInt32(std::uint32_t value);
 
 /// The first element of a value of one of the eight integer classes, wrapped to 32 bits; 0 for
 /// any other value.

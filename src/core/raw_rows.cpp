@@ -13,20 +13,13 @@
 
 #include <boost/make_shared.hpp>
 
-#include "cell_readers.h"
+#include "host_cells.h"
 
 namespace {
 
 /// Number of cells of a host-language row; the wider classes add their names to it.
 constexpr std::size_t kBaseRowCells = 16;
 constexpr std::string_view kRowVersion = "1";
-
-hvArray* int32Scalar(std::int32_t number) {
-    const std::size_t dims[] = {1, 1};
-    hvArray* value = hvCreateNumericArray(2, dims, hvClassID::Int32);
-    *static_cast<std::int32_t*>(hvGetData(value)) = number;
-    return value;
-}
 
 hvArray* nameCell(std::uint32_t kind, std::int32_t id) {
     return hvCreateString(ptNameStr(kind, id));
@@ -51,7 +44,7 @@ hvArray* PTOrviaDataPoint::buildRow(std::span<const RowName> extraNames) const {
     const auto put = [&](hvArray* cell) { hvSetCell(row.get(), index++, cell); };
 
     put(hvCreateString(kRowVersion));
-    put(int32Scalar(_pointType));
+    put(pt::makeInt32(_pointType));
     put(hvCreateString(ptDisplayPhaseName(ptNameStr(PT_TABLE_PHASE, _phaseID), false)));
     put(nameCell(PT_TABLE_GROUPING, _groupingID));
     for (const RowName& name : extraNames) {
