@@ -2,12 +2,15 @@
 
 // Everything the tracer exports.
 
+#include <performance_tracer/aggregation.h>
 #include <performance_tracer/constants.h>
 #include <performance_tracer/export.h>
 #include <performance_tracer/groupings.h>
 #include <performance_tracer/logging.h>
 #include <performance_tracer/mem_stats.h>
 #include <performance_tracer/names.h>
+#include <performance_tracer/number_text.h>
+#include <performance_tracer/processed_points.h>
 #include <performance_tracer/raw_points.h>
 #include <performance_tracer/raw_store.h>
 #include <performance_tracer/system_info.h>

@@ -11,9 +11,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 struct hvArray;
+class PTOrviaProcessedDataPoint;
 
 /// A point of the host language itself (_pointType 0).
 class PT_API PTOrviaDataPoint {
@@ -33,10 +35,26 @@ public:
     /// A new 1-by-16 cell row: version "1", point type, phase (in display form), grouping,
     /// statistics type, start flag, wall clock, CPU time, five detailed and three basic figures.
     virtual hvArray* toRow() const;
+    /// The point's row of the diagnostic table, with model, target, machine and chart columns
+    /// up to the level (0 to 2), painted red if its processed row has errorRow; empty for a
+    /// null row, and for a state-chart point below level 2.
+    virtual std::string diagnosticRow(std::int32_t level,
+                                      const PTOrviaProcessedDataPoint* row) const;
     /// True when both points are of one class and share every identity id: grouping and phase,
     /// and for the wider classes model and target, machine and chart. Statistics type, flags,
     /// times and memory are not compared.
     virtual bool isSamePoint(const boost::shared_ptr<PTOrviaDataPoint>& other) const;
+
+    // Cells of the diagnostic table.
+    virtual std::string timeAndMemCells() const;
+    virtual std::string emptyCell() const;
+    virtual std::string groupingCell() const;
+    virtual std::string startEndCell() const;
+    virtual std::string phaseCell() const;
+    virtual std::string rowOpen(bool isErrorRow) const;
+    virtual std::string rowClose() const;
+    virtual std::string pointTypeCell() const;
+
     /// A copy of the same class.
     virtual boost::shared_ptr<PTOrviaDataPoint> clone() const;
 
@@ -72,10 +90,10 @@ protected:
     hvArray* buildRow(std::span<const RowName> extraNames) const;
     void readRow(const hvArray* row, std::span<const RowNameSlot> extraNames);
 
-    void detailedMemToRow(hvArray* row, std::size_t& index) const;
-    void basicMemToRow(hvArray* row, std::size_t& index) const;
-    void detailedMemFromRow(const hvArray* row, std::size_t& index);
-    void basicMemFromRow(const hvArray* row, std::size_t& index);
+    virtual void detailedMemToRow(hvArray* row, std::size_t& index) const;
+    virtual void basicMemToRow(hvArray* row, std::size_t& index) const;
+    virtual void detailedMemFromRow(const hvArray* row, std::size_t& index);
+    virtual void basicMemFromRow(const hvArray* row, std::size_t& index);
 };
 
 /// A point of the block-diagram tool (_pointType 1): adds model and target.
@@ -87,8 +105,13 @@ public:
 
     /// A 1-by-18 cell row: as the base, with model and target after the grouping.
     hvArray* toRow() const override;
+    std::string diagnosticRow(std::int32_t level,
+                              const PTOrviaProcessedDataPoint* row) const override;
     bool isSamePoint(const boost::shared_ptr<PTOrviaDataPoint>& other) const override;
+    std::string pointTypeCell() const override;
     boost::shared_ptr<PTOrviaDataPoint> clone() const override;
+    virtual std::string modelCell() const;
+    virtual std::string targetCell() const;
 
     std::int32_t _modelID = -1;
     std::int32_t _targetID = -1;
@@ -108,8 +131,13 @@ public:
 
     /// A 1-by-20 cell row: as the Kestrune row, with machine and chart after the target.
     hvArray* toRow() const override;
+    std::string diagnosticRow(std::int32_t level,
+                              const PTOrviaProcessedDataPoint* row) const override;
     bool isSamePoint(const boost::shared_ptr<PTOrviaDataPoint>& other) const override;
+    std::string pointTypeCell() const override;
     boost::shared_ptr<PTOrviaDataPoint> clone() const override;
+    virtual std::string machineCell() const;
+    virtual std::string chartCell() const;
 
     std::int32_t _machineID = -1;
     std::int32_t _chartID = -1;

@@ -1,0 +1,79 @@
+#pragma once
+
+// The matching pass: reads raw points in logged order, pairs every end with its start, gives
+// each phase its depth, outline number and children, and makes unaccounted wall-clock time
+// visible by inserting generated phases into the raw list as it reads. Broken instrumentation
+// does not stop it; it marks the rows concerned and sets _hasError.
+
+#include <performance_tracer/processed_points.h>
+
+#include <boost/unordered_map.hpp>
+
+#include <deque>
+#include <string>
+#include <vector>
+
+class PerformanceTracer;
+
+/// The row of each raw point the pass took up, by identity; a phase's start and end map to
+/// one row. The keys identify points of the list the pass ran over.
+using PTPointMap =
+    boost::unordered_map<const PTOrviaDataPoint*, boost::shared_ptr<PTDiagnosticInfo>>;
+
+/// A wait longer than this (in wall-clock seconds, strictly) between an end and what follows,
+/// or between two starts, becomes a generated row. It is the single-precision 0.1 widened to
+/// double, 0.10000000149011612, as the host's instrumentation has always compared it.
+inline constexpr double kGapThreshold = static_cast<double>(0.1f);
+
+/// How generated points enter the caller's list. Streamed rebuilds the list once, so a pass is
+/// linear however many gaps it fills; InPlace inserts each pair where it belongs and shifts the
+/// tail. Both leave the same list and the same rows.
+enum class PTGapInsertion { Streamed, InPlace };
+
+/// Points of the named groupings ("GLOBAL" for all). An empty list sets _hasError.
+void ptMatchGroupings(PerformanceTracer& tracer, PTRawDataVector& raw,
+                      const std::vector<std::string>& groupings, PTPointMap& map,
+                      PTProcessedData& out, PTGapInsertion insertion = PTGapInsertion::Streamed);
+/// Points of the wider classes in the named models ("GLOBAL" for all of them); a null list
+/// means a snapshot of the raw store. No points at all set _hasError.
+void ptMatchModels(PerformanceTracer& tracer, PTRawDataVector* raw,
+                   const std::vector<std::string>& models, PTPointMap& map, PTProcessedData& out,
+                   PTGapInsertion insertion = PTGapInsertion::Streamed);
+/// Points of one grouping, for the diagnostic report: totals stay 0 and phases left open are
+/// marked without _hasError. True if any phase was left open, or if there were no points.
+bool ptMatchDiagnostic(PerformanceTracer& tracer, PTRawDataVector* raw, const std::string& grouping,
+                       PTPointMap& map, PTProcessedData& out,
+                       PTGapInsertion insertion = PTGapInsertion::Streamed);
+
+/// The outline number: levelCounters[0 .. n-1] joined by ".", n the smaller of depth and the
+/// number of counters.
+std::string ptHtmlPhaseNumber(const std::vector<std::int32_t>& levelCounters, std::int32_t depth);
+
+/// State of one pass.
+struct PTMatchState {
+    struct OpenPhase {
+        boost::shared_ptr<PTOrviaDataPoint> point;
+        boost::shared_ptr<PTDiagnosticInfo> info;
+        PTOrviaProcessedDataPoint& row() const { return *info->_point; }
+    };
+
+    PTMatchState(PerformanceTracer& tracer, PTPointMap& map, PTProcessedData& out)
+        : tracer(tracer), map(map), out(out) {}
+
+    PerformanceTracer& tracer;
+    PTPointMap& map;
+    PTProcessedData& out;
+    /// Open phases; the front is the innermost.
+    std::deque<OpenPhase> phaseStack;
+    /// Phases started so far at each depth under the current parent.
+    std::vector<std::int32_t> levelCounters;
+    std::int32_t depth = 0;
+    std::int32_t rowCounter = 1;
+    bool lastWasStart = false;
+    /// The last point the pass stood on.
+    boost::shared_ptr<PTOrviaDataPoint> prev;
+};
+
+void ptOnFirstPoint(PTMatchState& state, const boost::shared_ptr<PTOrviaDataPoint>& cur);
+void ptOnStartPoint(PTMatchState& state, const boost::shared_ptr<PTOrviaDataPoint>& cur);
+void ptOnEndPoint(PTMatchState& state, const boost::shared_ptr<PTOrviaDataPoint>& cur);

@@ -1,0 +1,133 @@
+#include <performance_tracer/names.h>
+#include <performance_tracer/processed_points.h>
+#include <performance_tracer/raw_store.h>
+
+#include <pt_platform/hv.h>
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+
+#include "random_log.h"
+
+namespace {
+
+using pt::testing::makePoint;
+
+class ProcessedPoints : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ptClearRawData();
+        setPathStripRoot("");
+    }
+};
+
+TEST_F(ProcessedPoints, RowsTakeTheClassThatThePointTypeNames) {
+    const auto chart = makePoint(2, "G", "p", true, 1.0);
+    chart->_isGenerated = true;
+    chart->_basicMem = boost::make_shared<pt::BasicMemStats>(2097152.0, 0, 0);
+    const PTDiagnosticInfo info(chart, 7, 3);
+    const auto* row = dynamic_cast<const PTYlvaneProcessedDataPoint*>(info._point.get());
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->_pointType, 2);
+    EXPECT_EQ(row->HTMLRowNumber, 7);
+    EXPECT_EQ(row->stackDepth, 3);
+    EXPECT_TRUE(row->gapRow);
+    EXPECT_EQ(row->_basicMem->procMemUsage, 2.0);
+    EXPECT_EQ(row->_basicMem->procMemUsageDelta, 0.0);
+    EXPECT_EQ(ptGetMachineStr(row->machineID()), "machine");
+    EXPECT_EQ(row->wcStartTime, 0.0);  // times come with the end point
+
+    // A type that names no class, or a class narrower than its type, gives what it can.
+    const auto odd = makePoint(0, "G", "p", true, 1.0);
+    odd->_pointType = 9;
+    EXPECT_EQ(PTDiagnosticInfo(odd, 1, 0)._point->_pointType, 0);
+    odd->_pointType = 2;
+    odd->_detailedMem.reset();
+    const PTDiagnosticInfo narrow(odd, 1, 0);
+    EXPECT_EQ(narrow._point->modelID(), -1);
+    EXPECT_EQ(narrow._point->chartID(), -1);
+    ASSERT_TRUE(narrow._point->_detailedMem);
+    EXPECT_EQ(narrow._point->_detailedMem->freeMem, 0.0);
+}
+
+TEST_F(ProcessedPoints, SamePhaseKeysAndIds) {
+    const PTOrviaProcessedDataPoint host(*makePoint(0, "G", "phase", true, 0));
+    const PTKestruneProcessedDataPoint model(*makePoint(1, "G", "phase", true, 0));
+    const PTYlvaneProcessedDataPoint chart(*makePoint(2, "G", "phase", true, 0));
+    // The host-language form ignores the other row's kind; the wider ones do not.
+    EXPECT_TRUE(host.isSamePhase(model));
+    EXPECT_FALSE(model.isSamePhase(host));
+    EXPECT_FALSE(model.isSamePhase(chart));
+    EXPECT_TRUE(chart.isSamePhase(PTYlvaneProcessedDataPoint(chart)));
+    PTKestruneProcessedDataPoint otherTarget(model);
+    otherTarget._targetID = static_cast<std::int32_t>(ptNameID(PT_TABLE_TARGET, "other"));
+    EXPECT_FALSE(model.isSamePhase(otherTarget));
+
+    EXPECT_EQ(host.alignmentKey(), "phaseG");
+    EXPECT_EQ(model.alignmentKey(), "phaseGmodeltarget");
+    EXPECT_EQ(chart.alignmentKey(), "phaseGmodeltargetmachinechart");
+    const PTOrviaProcessedDataPoint custom(
+        *makePoint(0, "G", "\\root\\tool/ks_customization/f", true, 0));
+    setPathStripRoot("/root");
+    EXPECT_EQ(custom.alignmentKey(), "tool/fG");
+
+    std::int32_t phase = 0, modelID = 0, chartID = 0;
+    host.nameIDs(phase, modelID, chartID);
+    EXPECT_EQ(phase, host._phaseID);
+    EXPECT_EQ(modelID, -1);
+    EXPECT_EQ(chartID, -1);
+    model.nameIDs(phase, modelID, chartID);
+    EXPECT_EQ(modelID, model._modelID);
+    EXPECT_EQ(chartID, -1);
+    chart.nameIDs(phase, modelID, chartID);
+    EXPECT_EQ(chartID, chart._chartID);
+    EXPECT_EQ(host.targetID(), -1);
+    EXPECT_EQ(chart.groupingID(), chart._groupingID);
+}
+
+TEST_F(ProcessedPoints, DetailRowsNameWhatTheyHave) {
+    PTKestruneProcessedDataPoint model(*makePoint(1, "G", "p", true, 0));
+    // Ids below 1 count as unspecified; "model" and "target" are the first names, id 0.
+    EXPECT_NE(model.phaseDetailRow().find("<td class=\"PhaseDetailText\">G </td>"),
+              std::string::npos);
+    model._modelID = static_cast<std::int32_t>(ptNameID(PT_TABLE_MODEL, "second"));
+    model._targetID = static_cast<std::int32_t>(ptNameID(PT_TABLE_TARGET, "sim"));
+    EXPECT_NE(model.phaseDetailRow().find(">G/second/sim</td>"), std::string::npos);
+    const PTYlvaneProcessedDataPoint chart(*makePoint(2, "G", "p", true, 0));
+    EXPECT_NE(chart.phaseDetailRow().find(">G/NO MODEL SPECIFIED/NO TARGET SPECIFIED/NO MACHINE "
+                                          "SPECIFIED/NO CHART SPECIFIED</td>"),
+              std::string::npos);
+}
+
+TEST_F(ProcessedPoints, RowPiecesInExportOrder) {
+    PTOrviaProcessedDataPoint row(*makePoint(0, "G", "p", true, 0));
+    row._detailedMem->freeMem = 1;
+    row._detailedMem->nonprocessMemDelta = 10;
+    row._basicMem->procVMSizeDelta = 6;
+    row.errorRow = true;
+    row.HTMLPhaseNumString = "1.2";
+    row.HTMLRowNumber = 4;
+    row.childrenIDs = {5, 6};
+    hvUniqueArray cells(hvCreateCellMatrix(1, 23));
+    std::size_t index = 0;
+    row.detailedMemToRow(cells.get(), index);
+    row.basicMemToRow(cells.get(), index);
+    row.stateToRow(cells.get(), index);
+    ASSERT_EQ(index, 23u);
+    EXPECT_EQ(hvGetScalar(hvGetCell(cells.get(), 0)), 1.0);
+    EXPECT_EQ(hvGetScalar(hvGetCell(cells.get(), 9)), 10.0);
+    EXPECT_EQ(hvGetScalar(hvGetCell(cells.get(), 15)), 6.0);
+    EXPECT_TRUE(hvIsLogicalScalarTrue(hvGetCell(cells.get(), 16)));
+    EXPECT_TRUE(hvIsLogicalScalar(hvGetCell(cells.get(), 17)));
+    EXPECT_EQ(hvArrayToStdString(hvGetCell(cells.get(), 18)), "1.2");
+    EXPECT_EQ(hvGetClassID(hvGetCell(cells.get(), 19)), hvClassID::UInt32);
+    EXPECT_EQ(hvGetScalar(hvGetCell(cells.get(), 19)), 4.0);
+    const hvArray* children = hvGetCell(cells.get(), 22);
+    ASSERT_TRUE(hvIsCell(children));
+    ASSERT_EQ(hvGetN(children), 2u);
+    EXPECT_EQ(hvGetClassID(hvGetCell(children, 1)), hvClassID::Int32);
+    EXPECT_EQ(hvGetScalar(hvGetCell(children, 1)), 6.0);
+}
+
+}  // namespace
