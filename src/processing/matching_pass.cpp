@@ -219,7 +219,7 @@ void walk(PTMatchState& state, List& list, const PassFilter& filter) {
             list.advance();  // a point that is not taken up changes nothing, not even prev
             continue;
         }
-        if (state.map.empty()) {
+        if (state.isFirst()) {
             ptOnFirstPoint(state, cur);
         } else if (isGap(state, *cur) && ptInsertGapPoints(state, list, filter, state.prev, cur,
                                                            state.phaseStack.front().point)) {
@@ -303,7 +303,7 @@ void ptOnFirstPoint(PTMatchState& state, const PointPtr& cur) {
         auto row = newRow(cur, state.rowCounter++, state.depth++);
         row->_point->HTMLPhaseNumString = ptHtmlPhaseNumber(state.levelCounters, state.depth);
         state.phaseStack.push_front({cur, row});
-        state.map[cur.get()] = std::move(row);
+        state.enter(cur, row, true);
         out._baseWC = cur->_wcTime;
         out._baseCPU = cur->_cpuTime;
         state.lastWasStart = true;
@@ -313,7 +313,7 @@ void ptOnFirstPoint(PTMatchState& state, const PointPtr& cur) {
         auto row = newRow(cur, state.rowCounter, state.depth++);
         row->_point->errorRow = true;
         out._hasError = true;
-        state.map[cur.get()] = std::move(row);
+        state.enter(cur, row, false);
         state.lastWasStart = false;
     }
 }
@@ -333,7 +333,7 @@ void ptOnStartPoint(PTMatchState& state, const PointPtr& cur) {
     }
     row->_point->HTMLPhaseNumString = ptHtmlPhaseNumber(state.levelCounters, state.depth);
     state.phaseStack.push_front({cur, row});
-    state.map[cur.get()] = std::move(row);
+    state.enter(cur, row, true);
     state.lastWasStart = true;
 }
 
@@ -343,7 +343,7 @@ void ptOnEndPoint(PTMatchState& state, const PointPtr& cur) {
     if (state.phaseStack.empty()) {
         auto row = newRow(cur, state.rowCounter++, state.depth);
         row->_point->errorRow = true;
-        state.map[cur.get()] = std::move(row);
+        state.enter(cur, row, false);
         out._hasError = true;
         return;
     }
@@ -353,7 +353,7 @@ void ptOnEndPoint(PTMatchState& state, const PointPtr& cur) {
         // No search further down: the innermost phase stays open, and every end that does not
         // fit it marks it again.
         row.errorRow = true;
-        state.map[cur.get()] = top.info;
+        state.enter(cur, top.info, false);
         out._hasError = true;
         return;
     }
@@ -362,11 +362,12 @@ void ptOnEndPoint(PTMatchState& state, const PointPtr& cur) {
     row.wcElapsedTime = cur->_wcTime - top.point->_wcTime;
     row.cpuStartTime = top.point->_cpuTime - out._baseCPU;
     row.cpuElapsedTime = cur->_cpuTime - top.point->_cpuTime;
+    // The row's records are its own, so the end figures are written over them in place.
     if (cur->_basicMem) {
-        row._basicMem = boost::make_shared<pt::BasicProcessedMemStats>(cur->_basicMem);
+        *row._basicMem = pt::BasicProcessedMemStats(cur->_basicMem);
         row._basicMem->setDeltas(top.point->_basicMem);
         if (cur->_detailedMem) {
-            row._detailedMem = boost::make_shared<pt::DetailedProcessedMemStats>(cur->_detailedMem);
+            *row._detailedMem = pt::DetailedProcessedMemStats(cur->_detailedMem);
             row._detailedMem->setDeltas(top.point->_detailedMem);
             if (row.numChildren > 0 && top.point->_detailedMem) {
                 row._startDetailedMem =
@@ -375,7 +376,7 @@ void ptOnEndPoint(PTMatchState& state, const PointPtr& cur) {
             }
         }
     }
-    state.map[cur.get()] = top.info;
+    state.enter(cur, top.info, false);
     state.phaseStack.pop_front();
 
     ensureLevel(state);
@@ -390,46 +391,70 @@ void ptOnEndPoint(PTMatchState& state, const PointPtr& cur) {
 
 // ---- The three variants ----
 
-void ptMatchGroupings(PerformanceTracer& tracer, PTRawDataVector& raw,
-                      const std::vector<std::string>& groupings, PTPointMap& map,
-                      PTProcessedData& out, PTGapInsertion insertion) {
+namespace {
+
+/// A report pass: an empty list is an error, and phases left open are errors.
+void matchReport(PerformanceTracer& tracer, PTRawDataVector& raw, const PassFilter& filter,
+                 PTPointMap* map, PTDiagnosticInfoList* startRows, PTProcessedData& out,
+                 PTGapInsertion insertion) {
     if (raw.empty()) {
         out._hasError = true;
         return;
     }
-    PTMatchState state(tracer, map, out);
-    runPass(state, raw, PassFilter(tracer, PassFilter::Kind::Groupings, groupings), insertion);
+    PTMatchState state(tracer, map, startRows, out);
+    runPass(state, raw, filter, insertion);
     finishReportPass(state);
+}
+
+/// The snapshot that a null list stands for; null if there is no store.
+PTRawDataVector* listOrSnapshot(PerformanceTracer& tracer, PTRawDataVector* raw,
+                                std::unique_ptr<PTRawDataVector>& snapshot) {
+    if (raw) {
+        return raw;
+    }
+    snapshot = tracer.snapshotRawData();
+    return snapshot.get();
+}
+
+}  // namespace
+
+void ptMatchGroupings(PerformanceTracer& tracer, PTRawDataVector& raw,
+                      const std::vector<std::string>& groupings, PTPointMap& map,
+                      PTProcessedData& out, PTGapInsertion insertion) {
+    const PassFilter filter(tracer, PassFilter::Kind::Groupings, groupings);
+    matchReport(tracer, raw, filter, &map, nullptr, out, insertion);
 }
 
 void ptMatchModels(PerformanceTracer& tracer, PTRawDataVector* raw,
                    const std::vector<std::string>& models, PTPointMap& map, PTProcessedData& out,
                    PTGapInsertion insertion) {
     std::unique_ptr<PTRawDataVector> snapshot;
+    raw = listOrSnapshot(tracer, raw, snapshot);
     if (!raw) {
-        snapshot = tracer.snapshotRawData();
-        raw = snapshot.get();
-    }
-    if (!raw || raw->empty()) {
         out._hasError = true;
         return;
     }
-    PTMatchState state(tracer, map, out);
-    runPass(state, *raw, PassFilter(tracer, PassFilter::Kind::Models, models), insertion);
-    finishReportPass(state);
+    const PassFilter filter(tracer, PassFilter::Kind::Models, models);
+    matchReport(tracer, *raw, filter, &map, nullptr, out, insertion);
 }
 
-bool ptMatchDiagnostic(PerformanceTracer& tracer, PTRawDataVector* raw, const std::string& grouping,
-                       PTPointMap& map, PTProcessedData& out, PTGapInsertion insertion) {
+void ptMatchRows(PerformanceTracer& tracer, PTRawDataVector& raw,
+                 const std::vector<std::string>& names, bool byModel,
+                 PTDiagnosticInfoList& startRows, PTProcessedData& out) {
+    const PassFilter filter(tracer, byModel ? PassFilter::Kind::Models : PassFilter::Kind::Groupings,
+                            names);
+    matchReport(tracer, raw, filter, nullptr, &startRows, out, PTGapInsertion::Streamed);
+}
+
+bool ptMatchDiagnostic(PerformanceTracer& tracer, PTRawDataVector* raw,
+                       const std::string& grouping, PTPointMap& map, PTProcessedData& out,
+                       PTGapInsertion insertion) {
     std::unique_ptr<PTRawDataVector> snapshot;
-    if (!raw) {
-        snapshot = tracer.snapshotRawData();
-        raw = snapshot.get();
-    }
+    raw = listOrSnapshot(tracer, raw, snapshot);
     if (!raw || raw->empty()) {
         return true;
     }
-    PTMatchState state(tracer, map, out);
+    PTMatchState state(tracer, &map, nullptr, out);
     runPass(state, *raw, PassFilter(tracer, PassFilter::Kind::Diagnostic, {grouping}), insertion);
     out._totalWC = 0.0;
     out._totalCPU = 0.0;

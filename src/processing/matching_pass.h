@@ -45,6 +45,13 @@ bool ptMatchDiagnostic(PerformanceTracer& tracer, PTRawDataVector* raw, const st
                        PTPointMap& map, PTProcessedData& out,
                        PTGapInsertion insertion = PTGapInsertion::Streamed);
 
+/// The report pass of a selection (models when byModel, else groupings) without a point map:
+/// the rows opened at start points, in list order, are appended to startRows, which is all a
+/// selection keeps of a pass.
+void ptMatchRows(PerformanceTracer& tracer, PTRawDataVector& raw,
+                 const std::vector<std::string>& names, bool byModel,
+                 PTDiagnosticInfoList& startRows, PTProcessedData& out);
+
 /// The outline number: levelCounters[0 .. n-1] joined by ".", n the smaller of depth and the
 /// number of counters.
 std::string ptHtmlPhaseNumber(const std::vector<std::int32_t>& levelCounters, std::int32_t depth);
@@ -57,12 +64,30 @@ struct PTMatchState {
         PTOrviaProcessedDataPoint& row() const { return *info->_point; }
     };
 
-    PTMatchState(PerformanceTracer& tracer, PTPointMap& map, PTProcessedData& out)
-        : tracer(tracer), map(map), out(out) {}
+    PTMatchState(PerformanceTracer& tracer, PTPointMap* map, PTDiagnosticInfoList* startRows,
+                 PTProcessedData& out)
+        : tracer(tracer), map(map), startRows(startRows), out(out) {}
+
+    /// Whether the next point taken up is the first: the map is still empty, or, without a
+    /// map, nothing has been taken up yet.
+    bool isFirst() const { return map ? map->empty() : !tookAny; }
+    /// Records the row of a point; a row opened at a start is also one of the start rows.
+    void enter(const boost::shared_ptr<PTOrviaDataPoint>& point,
+               const boost::shared_ptr<PTDiagnosticInfo>& row, bool opensRow) {
+        tookAny = true;
+        if (map) {
+            (*map)[point.get()] = row;
+        }
+        if (startRows && opensRow) {
+            startRows->push_back(row);
+        }
+    }
 
     PerformanceTracer& tracer;
-    PTPointMap& map;
+    PTPointMap* map;
+    PTDiagnosticInfoList* startRows;
     PTProcessedData& out;
+    bool tookAny = false;
     /// Open phases; the front is the innermost.
     std::deque<OpenPhase> phaseStack;
     /// Phases started so far at each depth under the current parent.

@@ -6,26 +6,17 @@
 
 PTProcessedData ptProcessRaw(PerformanceTracer& tracer, PTRawDataVector& raw,
                              const std::vector<std::string>& names, bool byModel) {
+    // The rows of the start points in list order are what a walk of the list through the
+    // pass's point map would collect; the pass hands them over directly.
     PTProcessedData data;
-    PTPointMap map;
-    if (byModel) {
-        ptMatchModels(tracer, &raw, names, map, data);
-    } else {
-        ptMatchGroupings(tracer, raw, names, map, data);
-    }
+    PTDiagnosticInfoList startRows;
+    ptMatchRows(tracer, raw, names, byModel, startRows, data);
     if (!data._hasError) {
         // The origin becomes the list's first point, taken up or not; the rows keep the start
         // times they have, relative to the first point taken up.
         data._baseWC = raw.front()->_wcTime;
         data._baseCPU = raw.front()->_cpuTime;
-        for (const auto& point : raw) {
-            if (!point->_isPhaseStart) {
-                continue;
-            }
-            if (const auto row = map.find(point.get()); row != map.end()) {
-                data._rows.push_back(row->second);
-            }
-        }
+        data._rows = std::move(startRows);
     }
     return data;
 }

@@ -75,7 +75,7 @@ PTRawDataVector randomLog(std::mt19937& rng, const LogOptions& options) {
     int started = 0;
     while (started < pairs || !open.empty()) {
         const bool canStart = started < pairs && static_cast<int>(open.size()) < options.maxDepth;
-        if (canStart && (open.empty() || chance(0.55))) {
+        if (canStart && (open.empty() || chance(options.startChance))) {
             OpenPhase phase;
             phase.pointType = static_cast<int>(pick(3));
             phase.grouping = options.groupings[pick(options.groupings.size())];

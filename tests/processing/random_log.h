@@ -15,6 +15,8 @@ struct LogOptions {
     /// Raw points before any breakage; always even for a well-formed log.
     int points = 200;
     int maxDepth = 5;
+    /// Chance that the next point starts a phase rather than ending one, while both can be.
+    double startChance = 0.55;
     /// Chance that the wait before a point is long enough to be a gap.
     double gapChance = 0.1;
     /// Groupings to log under; the first ones are the "selected" ones of a test.

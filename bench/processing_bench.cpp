@@ -1,0 +1,60 @@
+// The matching pass and the aggregation over large logs: nesting about five deep, with a wait
+// long enough to become a generated row before about one point in ten.
+
+#include <performance_tracer/aggregation.h>
+#include <performance_tracer/processed_points.h>
+#include <performance_tracer/raw_store.h>
+
+#include <benchmark/benchmark.h>
+
+#include "processing/random_log.h"
+
+namespace {
+
+const PTRawDataVector& logOf(std::int64_t points) {
+    static std::map<std::int64_t, PTRawDataVector> logs;
+    auto& log = logs[points];
+    if (log.empty()) {
+        std::mt19937 rng(42);
+        pt::testing::LogOptions options;
+        options.points = static_cast<int>(points);
+        options.maxDepth = 6;
+        options.startChance = 0.6;
+        options.gapChance = 0.1;
+        log = pt::testing::randomLog(rng, options);
+    }
+    return log;
+}
+
+void BM_MatchingPass(benchmark::State& state) {
+    const PTRawDataVector& log = logOf(state.range(0));
+    for (auto _ : state) {
+        state.PauseTiming();
+        PTRawDataVector copy = pt::testing::copyLog(log);
+        state.ResumeTiming();
+        PTProcessedData data = ptGetProcessedDataForGroupings(&copy, {"GLOBAL"});
+        benchmark::DoNotOptimize(data._rows.data());
+        state.PauseTiming();
+        data = PTProcessedData();
+        copy.clear();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_MatchingPass)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void BM_Aggregation(benchmark::State& state) {
+    PTRawDataVector copy = pt::testing::copyLog(logOf(state.range(0)));
+    PTProcessedData data = ptGetProcessedDataForGroupings(&copy, {"GLOBAL"});
+    for (auto _ : state) {
+        PTAggregateMap map = ptGetAggregateProcessedData(data._rows);
+        benchmark::DoNotOptimize(map.size());
+    }
+    // Items are raw points, as for the pass; the rows are a little over half as many.
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_Aggregation)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
