@@ -20,5 +20,8 @@ PT_API std::string ptNumberText(long double value, std::int32_t precision);
 /// except that a whole number gets "." and `precision` zeros; precision 0 cuts one character
 /// short of the point (12.9 gives "1").
 PT_API std::string ptDoubleToUString(std::int32_t precision, double value);
+/// A clock speed for the system information: in GHz when the value divided by 1e6 is above 1,
+/// otherwise in MHz (value / 1000); the value is thus taken in kHz.
+PT_API std::string ptClockSpeedText(double value);
 /// The decimal digits of the value.
 PT_API std::string ptIntToUString(std::int32_t value);

@@ -79,6 +79,8 @@ private:
 
 /// Rebuilds the list as the pass walks it: points move to a new vector, generated pairs are
 /// placed ahead of the point they precede, and the new vector replaces the list at the end.
+/// The list comes out as inserting each pair in place would leave it, but a pass stays linear
+/// however many gaps it fills.
 class StreamedList {
 public:
     explicit StreamedList(PTRawDataVector& list) : _list(list) { _out.reserve(list.size()); }
@@ -116,26 +118,6 @@ private:
     std::vector<PointPtr> _pending;
 };
 
-/// Inserts each generated pair into the list where it belongs.
-class InPlaceList {
-public:
-    explicit InPlaceList(PTRawDataVector& list) : _list(list) {}
-
-    bool atEnd() const { return _i == _list.size(); }
-    const PointPtr& current() const { return _list[_i]; }
-    const PointPtr& previous() const { return _list[_i - 1]; }
-    void advance() { ++_i; }
-    void insertBefore(PointPtr g1, PointPtr g2) {
-        _list.insert(_list.begin() + static_cast<std::ptrdiff_t>(_i),
-                     {std::move(g1), std::move(g2)});
-    }
-    void finish() {}
-
-private:
-    PTRawDataVector& _list;
-    std::size_t _i = 0;
-};
-
 // ---- The loop ----
 
 bool hasDetailedMem(const PTOrviaDataPoint& point) {
@@ -151,8 +133,7 @@ boost::shared_ptr<PTDiagnosticInfo> newRow(const PointPtr& point, std::int32_t r
 /// prev's and cur's clocks and memory, and inserts them. Nothing is inserted, and false is
 /// answered, when no phase is open or when the pass's own filter would not take the points up:
 /// inserting them then would only bring the pass back to the same gap.
-template <typename List>
-bool ptInsertGapPoints(PTMatchState& state, List& list, const PassFilter& filter,
+bool ptInsertGapPoints(PTMatchState& state, StreamedList& list, const PassFilter& filter,
                        const PointPtr& prev, const PointPtr& cur, const PointPtr& top) {
     if (!top) {
         return false;
@@ -211,8 +192,7 @@ bool isGap(const PTMatchState& state, const PTOrviaDataPoint& cur) {
            !state.phaseStack.empty();
 }
 
-template <typename List>
-void walk(PTMatchState& state, List& list, const PassFilter& filter) {
+void walk(PTMatchState& state, StreamedList& list, const PassFilter& filter) {
     while (!list.atEnd()) {
         const PointPtr cur = list.current();
         if (!filter.accepts(*cur)) {
@@ -239,16 +219,10 @@ void walk(PTMatchState& state, List& list, const PassFilter& filter) {
     list.finish();
 }
 
-/// Runs the loop over the list; the phases that remain open are returned on the state.
-void runPass(PTMatchState& state, PTRawDataVector& raw, const PassFilter& filter,
-             PTGapInsertion insertion) {
-    if (insertion == PTGapInsertion::InPlace) {
-        InPlaceList list(raw);
-        walk(state, list, filter);
-    } else {
-        StreamedList list(raw);
-        walk(state, list, filter);
-    }
+/// Runs the loop over the list; the phases that remain open are left on the state.
+void runPass(PTMatchState& state, PTRawDataVector& raw, const PassFilter& filter) {
+    StreamedList list(raw);
+    walk(state, list, filter);
 }
 
 /// Marks what is left open; the report passes also count it as an error.
@@ -395,14 +369,13 @@ namespace {
 
 /// A report pass: an empty list is an error, and phases left open are errors.
 void matchReport(PerformanceTracer& tracer, PTRawDataVector& raw, const PassFilter& filter,
-                 PTPointMap* map, PTDiagnosticInfoList* startRows, PTProcessedData& out,
-                 PTGapInsertion insertion) {
+                 PTPointMap* map, PTStartRows* startRows, PTProcessedData& out) {
     if (raw.empty()) {
         out._hasError = true;
         return;
     }
     PTMatchState state(tracer, map, startRows, out);
-    runPass(state, raw, filter, insertion);
+    runPass(state, raw, filter);
     finishReportPass(state);
 }
 
@@ -420,14 +393,13 @@ PTRawDataVector* listOrSnapshot(PerformanceTracer& tracer, PTRawDataVector* raw,
 
 void ptMatchGroupings(PerformanceTracer& tracer, PTRawDataVector& raw,
                       const std::vector<std::string>& groupings, PTPointMap& map,
-                      PTProcessedData& out, PTGapInsertion insertion) {
+                      PTProcessedData& out) {
     const PassFilter filter(tracer, PassFilter::Kind::Groupings, groupings);
-    matchReport(tracer, raw, filter, &map, nullptr, out, insertion);
+    matchReport(tracer, raw, filter, &map, nullptr, out);
 }
 
 void ptMatchModels(PerformanceTracer& tracer, PTRawDataVector* raw,
-                   const std::vector<std::string>& models, PTPointMap& map, PTProcessedData& out,
-                   PTGapInsertion insertion) {
+                   const std::vector<std::string>& models, PTPointMap& map, PTProcessedData& out) {
     std::unique_ptr<PTRawDataVector> snapshot;
     raw = listOrSnapshot(tracer, raw, snapshot);
     if (!raw) {
@@ -435,27 +407,26 @@ void ptMatchModels(PerformanceTracer& tracer, PTRawDataVector* raw,
         return;
     }
     const PassFilter filter(tracer, PassFilter::Kind::Models, models);
-    matchReport(tracer, *raw, filter, &map, nullptr, out, insertion);
+    matchReport(tracer, *raw, filter, &map, nullptr, out);
 }
 
 void ptMatchRows(PerformanceTracer& tracer, PTRawDataVector& raw,
-                 const std::vector<std::string>& names, bool byModel,
-                 PTDiagnosticInfoList& startRows, PTProcessedData& out) {
-    const PassFilter filter(tracer, byModel ? PassFilter::Kind::Models : PassFilter::Kind::Groupings,
-                            names);
-    matchReport(tracer, raw, filter, nullptr, &startRows, out, PTGapInsertion::Streamed);
+                 const std::vector<std::string>& names, bool byModel, PTStartRows& startRows,
+                 PTProcessedData& out) {
+    const PassFilter filter(
+        tracer, byModel ? PassFilter::Kind::Models : PassFilter::Kind::Groupings, names);
+    matchReport(tracer, raw, filter, nullptr, &startRows, out);
 }
 
-bool ptMatchDiagnostic(PerformanceTracer& tracer, PTRawDataVector* raw,
-                       const std::string& grouping, PTPointMap& map, PTProcessedData& out,
-                       PTGapInsertion insertion) {
+bool ptMatchDiagnostic(PerformanceTracer& tracer, PTRawDataVector* raw, const std::string& grouping,
+                       PTPointMap& map, PTProcessedData& out) {
     std::unique_ptr<PTRawDataVector> snapshot;
     raw = listOrSnapshot(tracer, raw, snapshot);
     if (!raw || raw->empty()) {
         return true;
     }
     PTMatchState state(tracer, &map, nullptr, out);
-    runPass(state, *raw, PassFilter(tracer, PassFilter::Kind::Diagnostic, {grouping}), insertion);
+    runPass(state, *raw, PassFilter(tracer, PassFilter::Kind::Diagnostic, {grouping}));
     out._totalWC = 0.0;
     out._totalCPU = 0.0;
     return closeOpenPhases(state, false);

@@ -11,6 +11,7 @@
 
 #include <deque>
 #include <string>
+#include <utility>
 #include <vector>
 
 class PerformanceTracer;
@@ -25,32 +26,29 @@ using PTPointMap =
 /// double, 0.10000000149011612, as the host's instrumentation has always compared it.
 inline constexpr double kGapThreshold = static_cast<double>(0.1f);
 
-/// How generated points enter the caller's list. Streamed rebuilds the list once, so a pass is
-/// linear however many gaps it fills; InPlace inserts each pair where it belongs and shifts the
-/// tail. Both leave the same list and the same rows.
-enum class PTGapInsertion { Streamed, InPlace };
-
 /// Points of the named groupings ("GLOBAL" for all). An empty list sets _hasError.
 void ptMatchGroupings(PerformanceTracer& tracer, PTRawDataVector& raw,
                       const std::vector<std::string>& groupings, PTPointMap& map,
-                      PTProcessedData& out, PTGapInsertion insertion = PTGapInsertion::Streamed);
+                      PTProcessedData& out);
 /// Points of the wider classes in the named models ("GLOBAL" for all of them); a null list
 /// means a snapshot of the raw store. No points at all set _hasError.
 void ptMatchModels(PerformanceTracer& tracer, PTRawDataVector* raw,
-                   const std::vector<std::string>& models, PTPointMap& map, PTProcessedData& out,
-                   PTGapInsertion insertion = PTGapInsertion::Streamed);
+                   const std::vector<std::string>& models, PTPointMap& map, PTProcessedData& out);
 /// Points of one grouping, for the diagnostic report: totals stay 0 and phases left open are
 /// marked without _hasError. True if any phase was left open, or if there were no points.
 bool ptMatchDiagnostic(PerformanceTracer& tracer, PTRawDataVector* raw, const std::string& grouping,
-                       PTPointMap& map, PTProcessedData& out,
-                       PTGapInsertion insertion = PTGapInsertion::Streamed);
+                       PTPointMap& map, PTProcessedData& out);
+
+/// The rows opened at start points, with their points, in list order.
+using PTStartRows =
+    std::vector<std::pair<const PTOrviaDataPoint*, boost::shared_ptr<PTDiagnosticInfo>>>;
 
 /// The report pass of a selection (models when byModel, else groupings) without a point map:
-/// the rows opened at start points, in list order, are appended to startRows, which is all a
-/// selection keeps of a pass.
+/// the rows opened at start points are appended to startRows, which is all a selection keeps
+/// of a pass.
 void ptMatchRows(PerformanceTracer& tracer, PTRawDataVector& raw,
-                 const std::vector<std::string>& names, bool byModel,
-                 PTDiagnosticInfoList& startRows, PTProcessedData& out);
+                 const std::vector<std::string>& names, bool byModel, PTStartRows& startRows,
+                 PTProcessedData& out);
 
 /// The outline number: levelCounters[0 .. n-1] joined by ".", n the smaller of depth and the
 /// number of counters.
@@ -64,7 +62,7 @@ struct PTMatchState {
         PTOrviaProcessedDataPoint& row() const { return *info->_point; }
     };
 
-    PTMatchState(PerformanceTracer& tracer, PTPointMap* map, PTDiagnosticInfoList* startRows,
+    PTMatchState(PerformanceTracer& tracer, PTPointMap* map, PTStartRows* startRows,
                  PTProcessedData& out)
         : tracer(tracer), map(map), startRows(startRows), out(out) {}
 
@@ -79,13 +77,13 @@ struct PTMatchState {
             (*map)[point.get()] = row;
         }
         if (startRows && opensRow) {
-            startRows->push_back(row);
+            startRows->emplace_back(point.get(), row);
         }
     }
 
     PerformanceTracer& tracer;
     PTPointMap* map;
-    PTDiagnosticInfoList* startRows;
+    PTStartRows* startRows;
     PTProcessedData& out;
     bool tookAny = false;
     /// Open phases; the front is the innermost.

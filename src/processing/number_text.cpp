@@ -71,6 +71,13 @@ std::string ptDoubleToUString(std::int32_t precision, double value) {
     return text;
 }
 
+std::string ptClockSpeedText(double value) {
+    if (value / 1e6 > 1) {
+        return ptNumberText(value / 1e6, 5) + " GHz";
+    }
+    return ptNumberText(value / 1000.0, 5) + " MHz";
+}
+
 std::string ptIntToUString(std::int32_t value) {
     std::string text;
     try {

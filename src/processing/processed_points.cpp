@@ -6,6 +6,7 @@
 #include <boost/make_shared.hpp>
 
 #include "core/host_cells.h"
+#include "core/markup.h"
 
 namespace {
 
@@ -167,7 +168,7 @@ std::string PTKestruneProcessedDataPoint::phaseDetailRow() const {
     return "                            <tr>\n"
            "                                <td colspan=\"2\" style=\"width:25px\"></td>\n"
            "                                <td class=\"PhaseDetailText\">" +
-           text +
+           pt::escapeMarkup(text) +
            "</td>\n"
            "                            </tr>\n";
 }
@@ -216,7 +217,7 @@ std::string PTYlvaneProcessedDataPoint::phaseDetailRow() const {
     return "                            <tr>\n"
            "                                <td colspan=\"2\" style=\"width:15%\"></td>\n"
            "                                <td class=\"PhaseDetailText\">" +
-           text +
+           pt::escapeMarkup(text) +
            "</td>\n"
            "                            </tr>\n";
 }

@@ -2,21 +2,39 @@
 
 #include <performance_tracer/tracer.h>
 
+#include <boost/unordered_map.hpp>
+
+#include <algorithm>
+
 #include "matching_pass.h"
 
 PTProcessedData ptProcessRaw(PerformanceTracer& tracer, PTRawDataVector& raw,
                              const std::vector<std::string>& names, bool byModel) {
-    // The rows of the start points in list order are what a walk of the list through the
-    // pass's point map would collect; the pass hands them over directly.
     PTProcessedData data;
-    PTDiagnosticInfoList startRows;
+    PTStartRows startRows;
     ptMatchRows(tracer, raw, names, byModel, startRows, data);
-    if (!data._hasError) {
-        // The origin becomes the list's first point, taken up or not; the rows keep the start
-        // times they have, relative to the first point taken up.
-        data._baseWC = raw.front()->_wcTime;
-        data._baseCPU = raw.front()->_cpuTime;
-        data._rows = std::move(startRows);
+    if (data._hasError) {
+        return data;
+    }
+    // The origin becomes the list's first point, taken up or not; the rows keep the start
+    // times they have, relative to the first point taken up.
+    data._baseWC = raw.front()->_wcTime;
+    data._baseCPU = raw.front()->_cpuTime;
+
+    // The rows are those of the start points in list order, each as the pass's point map would
+    // give it: the last row made for that point. Only a point that stands in the list more
+    // than once can have had two, and such a point is shared.
+    const bool shared = std::any_of(raw.begin(), raw.end(),
+                                    [](const auto& point) { return point.use_count() > 1; });
+    boost::unordered_map<const PTOrviaDataPoint*, boost::shared_ptr<PTDiagnosticInfo>> lastRow;
+    if (shared) {
+        for (const auto& [point, row] : startRows) {
+            lastRow[point] = row;
+        }
+    }
+    data._rows.reserve(startRows.size());
+    for (const auto& [point, row] : startRows) {
+        data._rows.push_back(shared ? lastRow[point] : row);
     }
     return data;
 }

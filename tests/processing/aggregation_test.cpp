@@ -118,4 +118,25 @@ TEST_F(Aggregation, GeneratedRowsWithChildrenAndEmptyLists) {
     EXPECT_EQ(point._wcSelf, 0.0);
 }
 
+TEST_F(Aggregation, MaximaNeverGoBelowZeroAndParentsAddNoDeltas) {
+    PTRawDataVector log = {makePoint(0, "G", "P", true, 0.0), makePoint(0, "G", "c", true, 0.01),
+                           makePoint(0, "G", "c", false, 0.02),
+                           makePoint(0, "G", "P", false, 0.03)};
+    for (auto& point : log) {
+        point->_basicMem = boost::make_shared<pt::BasicMemStats>(-5 * 1048576.0, 0, 0);
+    }
+    log[3]->_basicMem->procMemUsage = -1 * 1048576.0;  // the parent grows by 4 MiB
+    const PTAggregateMap map = aggregate(log);
+    const auto& parent = entry(map, "P");
+    EXPECT_EQ(parent._usageMax, 0.0);        // -1 MiB is not above the start value 0
+    EXPECT_EQ(parent._usageDeltaSum, 0.0L);  // a parent adds no deltas of its own
+    EXPECT_EQ(entry(map, "c")._usageDeltaSum, 0.0L);
+
+    PTAggregateDataPoint self(0, 0, true);
+    PTOrviaProcessedDataPoint gap(*log[0]);
+    gap._basicMem->procMemUsageDelta = 2.5;
+    self.addSelfRow(gap);
+    EXPECT_EQ(self._usageDeltaSum, 2.5L);
+}
+
 }  // namespace

@@ -303,12 +303,25 @@ TEST_F(DiagnosticReport, AWaitBetweenTopLevelPhasesAndGeneratedRows) {
     EXPECT_EQ(page.find("#FF1A00"), std::string::npos);
 }
 
+TEST_F(DiagnosticReport, APhaseThatNeverEndsIsRed) {
+    PTRawDataVector points = {makePoint(0, "G", "open", true, 0.0),
+                              makePoint(0, "G", "closed", true, 0.01),
+                              makePoint(0, "G", "closed", false, 0.02)};
+    const std::string page = write(points, "G");
+    EXPECT_NE(page.find("<tr style=\"background:#FF1A00\">\n                <td>Orvia</td>\n"
+                        "                <td>G</td>\n                <td>open</td>"),
+              std::string::npos);
+    EXPECT_EQ(page.find("#FF1A00"), page.rfind("#FF1A00"));  // that row alone
+}
+
 TEST_F(DiagnosticReport, EmptyDataAndUnwritableFiles) {
     PTRawDataVector none;
     const std::string page = write(none, "GLOBAL");
     EXPECT_NE(page.find("<th>Non-process</th>\n            </tr>\n        </table>"),
               std::string::npos);
     EXPECT_FALSE(writeDiagnosticReport(*ptTracer(), "/nonexistent-folder/x.html", "G", &none));
+    // Without a list the pass takes a snapshot of the (empty) store.
+    EXPECT_TRUE(writeDiagnosticReport(*ptTracer(), _file, "G", nullptr));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include "processing/matching_pass.h"
+#include "processing/selection.h"
 
 #include <performance_tracer/constants.h>
+#include <performance_tracer/groupings.h>
+#include <performance_tracer/logging.h>
 #include <performance_tracer/names.h>
 #include <performance_tracer/raw_store.h>
 #include <performance_tracer/tracer.h>
@@ -10,7 +13,9 @@
 #include <boost/make_shared.hpp>
 
 #include <cmath>
+#include <sstream>
 
+#include "direct_matching_pass.h"
 #include "random_log.h"
 
 namespace {
@@ -33,20 +38,14 @@ struct Pass {
 
 enum class Variant { Groupings, Models, Diagnostic };
 
-Pass run(PTRawDataVector& log, const Names& names, Variant variant = Variant::Groupings,
-         PTGapInsertion insertion = PTGapInsertion::Streamed) {
+Pass run(PTRawDataVector& log, const Names& names, Variant variant = Variant::Groupings) {
     Pass pass;
     PerformanceTracer& tracer = *ptTracer();
     switch (variant) {
-        case Variant::Groupings:
-            ptMatchGroupings(tracer, log, names, pass.map, pass.data, insertion);
-            break;
-        case Variant::Models:
-            ptMatchModels(tracer, &log, names, pass.map, pass.data, insertion);
-            break;
+        case Variant::Groupings: ptMatchGroupings(tracer, log, names, pass.map, pass.data); break;
+        case Variant::Models: ptMatchModels(tracer, &log, names, pass.map, pass.data); break;
         case Variant::Diagnostic:
-            pass.leftOpen =
-                ptMatchDiagnostic(tracer, &log, names.at(0), pass.map, pass.data, insertion);
+            pass.leftOpen = ptMatchDiagnostic(tracer, &log, names.at(0), pass.map, pass.data);
             break;
     }
     std::vector<const PTDiagnosticInfo*> seen;
@@ -229,6 +228,74 @@ TEST_F(MatchingPass, EveryFaceOfBrokenInstrumentation) {
     const Pass pass = run(open, {"G"});
     EXPECT_EQ(pass.row(0).wcStartTime, 0.0);
     EXPECT_EQ(pass.row(0).wcElapsedTime, 0.0);
+}
+
+TEST_F(MatchingPass, AFirstPointThatIsAnEnd) {
+    PTRawDataVector log = {makePoint(0, "G", "X", false, 0.0), makePoint(0, "G", "A", true, 0.01),
+                           makePoint(0, "G", "A", false, 0.02)};
+    const Pass pass = run(log, {"G"});
+    ASSERT_EQ(pass.rows.size(), 2u);
+    EXPECT_EQ(pass.row(0).HTMLRowNumber, 1);
+    EXPECT_EQ(pass.row(1).HTMLRowNumber, 1);  // the number is used again
+    EXPECT_EQ(pass.row(1).stackDepth, 1);     // one level too deep for the rest of the pass
+    EXPECT_EQ(pass.data._baseWC, 0.0);
+    EXPECT_TRUE(pass.data._hasError);
+}
+
+TEST_F(MatchingPass, PointsTakenUpByTheUnaccountedName) {
+    ptNameID(PT_TABLE_PHASE, std::string(pt::kUnaccountedPhase));
+    // The "_self" cut from such a phase is taken up when its grouping is selected too.
+    PTRawDataVector log = {makePoint(0, "Other", "Unaccounted Phase", true, 0.0),
+                           makePoint(0, "Other", "child", true, 1.0),
+                           makePoint(0, "Other", "child", false, 1.05),
+                           makePoint(0, "Other", "Unaccounted Phase", false, 1.1)};
+    const Pass selected = run(log, {"Other"});
+    ASSERT_EQ(selected.rows.size(), 3u);
+    EXPECT_EQ(nameOf(selected.row(1)), "Unaccounted Phase_self");
+
+    // A point the filter skips changes nothing: the wait is measured from the last point taken
+    // up, though the generated points are placed right before the point after the wait.
+    PTRawDataVector skipped = {
+        makePoint(0, "G", "P", true, 0.0),  makePoint(0, "G", "a", true, 0.0),
+        makePoint(0, "G", "a", false, 0.0), makePoint(0, "Skipped", "s", true, 0.5),
+        makePoint(0, "G", "b", true, 1.0),  makePoint(0, "G", "b", false, 1.0),
+        makePoint(0, "G", "P", false, 1.0)};
+    const Pass pass = run(skipped, {"G"});
+    ASSERT_EQ(pass.rows.size(), 4u);
+    EXPECT_EQ(nameOf(pass.row(2)), "a_post");
+    EXPECT_DOUBLE_EQ(pass.row(2).wcElapsedTime, 1.0);
+    EXPECT_EQ(ptGetPhaseStr(skipped[3]->_phaseID), "s");
+    EXPECT_TRUE(skipped[4]->_isGenerated);
+
+    // The last point taken up decides _hasDetailedMem; NaN counts as not 0.
+    PTRawDataVector nan = {makePoint(0, "G", "n", true, 0.0), makePoint(0, "G", "n", false, 0.0)};
+    nan[1]->_detailedMem->freeMem = std::nan("");
+    EXPECT_TRUE(run(nan, {"G"}).data._hasDetailedMem);
+}
+
+TEST_F(MatchingPass, NullListsMeanTheLiveStore) {
+    PerformanceTracer& tracer = *ptTracer();
+    PTPointMap map;
+    PTProcessedData data;
+    ptMatchModels(tracer, nullptr, {"GLOBAL"}, map, data);
+    EXPECT_TRUE(data._hasError);  // an empty store
+    PTProcessedData diagnostic;
+    EXPECT_TRUE(ptMatchDiagnostic(tracer, nullptr, "G", map, diagnostic));
+    EXPECT_FALSE(diagnostic._hasError);
+
+    ptEnableGlobalLogging(true);
+    ptAddGrouping("Live");
+    ptLogKestruneData("Live", "m", "t", "p", true);
+    ptLogKestruneData("Live", "m", "t", "p", false);
+    ptEnableGlobalLogging(false);
+    PTProcessedData models;
+    ptMatchModels(tracer, nullptr, {"m"}, map, models);
+    EXPECT_FALSE(models._hasError);
+    EXPECT_EQ(map.size(), 2u);
+    map.clear();
+    PTProcessedData unknown;
+    EXPECT_FALSE(ptMatchDiagnostic(tracer, nullptr, "never added", map, unknown));
+    EXPECT_TRUE(map.empty());
 }
 
 TEST_F(MatchingPass, EmptyListsAndSelections) {
@@ -420,62 +487,115 @@ TEST_F(MatchingPass, SelectionsOfWellFormedLogsHaveNoErrorAndAlwaysEnd) {
     }
 }
 
-/// Everything the two ways of inserting could make differ in.
-void expectSamePass(const PTRawDataVector& logA, const Pass& a, const PTRawDataVector& logB,
-                    const Pass& b, const std::string& what) {
-    ASSERT_EQ(logA.size(), logB.size()) << what;
-    for (std::size_t i = 0; i < logA.size(); ++i) {
-        const PTOrviaDataPoint& p = *logA[i];
-        const PTOrviaDataPoint& q = *logB[i];
-        ASSERT_TRUE(p._phaseID == q._phaseID && p._groupingID == q._groupingID &&
-                    p._pointType == q._pointType && p._isPhaseStart == q._isPhaseStart &&
-                    p._isGenerated == q._isGenerated && p._wcTime == q._wcTime &&
-                    p._cpuTime == q._cpuTime)
-            << what << ", point " << i;
+/// A row as text, with every field a pass sets.
+std::string describe(const PTOrviaProcessedDataPoint& r) {
+    std::ostringstream s;
+    s.precision(17);
+    s << ptGetPhaseStr(r._phaseID) << '|' << ptNameStr(PT_TABLE_GROUPING, r._groupingID) << '|'
+      << r._pointType << '|' << r.HTMLRowNumber << '|' << r.HTMLPhaseNumString << '|'
+      << r.stackDepth << '|' << r.numChildren << '|' << r.errorRow << r.gapRow << '|'
+      << r.wcStartTime << '|' << r.wcElapsedTime << '|' << r.cpuStartTime << '|' << r.cpuElapsedTime
+      << '|' << r._basicMem->procMemUsage << ',' << r._basicMem->procMemUsageDelta << ','
+      << r._detailedMem->freeMem << ',' << r._detailedMem->freeMemDelta << ','
+      << r._startDetailedMem->freeMem << '|' << r._parentPhaseID << '|';
+    for (std::int32_t child : r.childrenIDs) {
+        s << child << ',';
     }
-    EXPECT_EQ(a.data._hasError, b.data._hasError) << what;
-    EXPECT_EQ(a.data._totalWC, b.data._totalWC) << what;
-    EXPECT_EQ(a.data._levelCount, b.data._levelCount) << what;
-    EXPECT_EQ(a.data._hasDetailedMem, b.data._hasDetailedMem) << what;
-    EXPECT_EQ(a.leftOpen, b.leftOpen) << what;
-    ASSERT_EQ(a.rows.size(), b.rows.size()) << what;
-    for (std::size_t i = 0; i < a.rows.size(); ++i) {
-        const auto& r = a.row(i);
-        const auto& s = b.row(i);
-        ASSERT_TRUE(r.HTMLRowNumber == s.HTMLRowNumber &&
-                    r.HTMLPhaseNumString == s.HTMLPhaseNumString && r.stackDepth == s.stackDepth &&
-                    r.numChildren == s.numChildren && r.childrenIDs == s.childrenIDs &&
-                    r.errorRow == s.errorRow && r.gapRow == s.gapRow && r._phaseID == s._phaseID &&
-                    r.wcElapsedTime == s.wcElapsedTime && r.cpuStartTime == s.cpuStartTime)
-            << what << ", row " << i;
-    }
+    return s.str();
 }
 
-TEST_F(MatchingPass, StreamedInsertionLeavesWhatInsertingOneByOneLeaves) {
+/// The list as text, and for each point the row it maps to.
+template <typename Map>
+std::string describe(const PTRawDataVector& log, const Map& map) {
+    std::ostringstream s;
+    s.precision(17);
+    for (const auto& p : log) {
+        s << ptGetPhaseStr(p->_phaseID) << '/' << p->_groupingID << '/' << p->_pointType << '/'
+          << p->_isPhaseStart << p->_isGenerated << '/' << p->_wcTime << " -> ";
+        const auto row = map.find(p.get());
+        s << (row == map.end() ? "-" : describe(*row->second->_point)) << '\n';
+    }
+    return s.str();
+}
+
+std::string describe(const PTProcessedData& d) {
+    std::ostringstream s;
+    s.precision(17);
+    s << d._totalWC << ' ' << d._totalCPU << ' ' << d._levelCount << ' ' << d._baseWC << ' '
+      << d._baseCPU << ' ' << d._hasError << ' ' << d._hasDetailedMem;
+    return s.str();
+}
+
+std::string describe(const PTDiagnosticInfoList& rows) {
+    std::string text;
+    for (const auto& row : rows) {
+        text += describe(*row->_point) + "\n";
+    }
+    return text;
+}
+
+TEST_F(MatchingPass, GivesWhatTheDirectFormGives) {
+    using Direct = pt::testing::DirectMatchingPass;
     std::mt19937 rng(99);
+    std::uniform_real_distribution<double> unit(0.0, 1.0);
     ptNameID(PT_TABLE_PHASE, std::string(pt::kUnaccountedPhase));
-    for (int round = 0; round < 150; ++round) {
+    for (int round = 0; round < 400; ++round) {
         LogOptions options;
-        options.points = 2 * std::uniform_int_distribution<int>(1, 120)(rng);
-        options.gapChance = 0.25;
+        options.points = 2 * std::uniform_int_distribution<int>(1, 80)(rng);
+        options.gapChance = 0.3;
         options.unaccountedChance = round % 2 ? 0.15 : 0.0;
         options.backwardsChance = round % 5 == 0 ? 0.1 : 0.0;
-        options.faults = round % 3 == 0 ? 3 : 0;
-        const PTRawDataVector original = randomLog(rng, options);
+        options.faults = round % 3 == 0 ? 2 : 0;
+        PTRawDataVector log = randomLog(rng, options);
+        // Memory records of every kind: missing, zero and real.
+        for (auto& point : log) {
+            const double basic = unit(rng);
+            if (basic < 0.1) {
+                point->_basicMem.reset();
+            } else {
+                point->_basicMem =
+                    boost::make_shared<pt::BasicMemStats>(std::floor(unit(rng) * 1e6), 0, 0);
+            }
+            const double detailed = unit(rng);
+            if (detailed < 0.2) {
+                point->_detailedMem.reset();
+            } else if (detailed < 0.6) {
+                point->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
+                    std::floor(unit(rng) * 1e6), 0, 0, 0, 0);
+            }
+        }
         const struct {
             Variant variant;
+            Direct::Variant direct;
             Names names;
-        } selections[] = {{Variant::Groupings, {"GLOBAL"}},
-                          {Variant::Groupings, {"Alpha", "Gamma"}},
-                          {Variant::Models, {"plant"}},
-                          {Variant::Diagnostic, {"Beta"}}};
+        } selections[] = {{Variant::Groupings, Direct::Variant::Groupings, {"GLOBAL"}},
+                          {Variant::Groupings, Direct::Variant::Groupings, {"Alpha", "Beta"}},
+                          {Variant::Models, Direct::Variant::Models, {"engine"}},
+                          {Variant::Models, Direct::Variant::Models, {"GLOBAL"}},
+                          {Variant::Diagnostic, Direct::Variant::Diagnostic, {"Alpha"}},
+                          {Variant::Diagnostic, Direct::Variant::Diagnostic, {"GLOBAL"}}};
         for (const auto& selection : selections) {
-            PTRawDataVector streamed = copyLog(original);
-            PTRawDataVector inPlace = copyLog(original);
-            const Pass a = run(streamed, selection.names, selection.variant);
-            const Pass b =
-                run(inPlace, selection.names, selection.variant, PTGapInsertion::InPlace);
-            expectSamePass(streamed, a, inPlace, b, "round " + std::to_string(round));
+            const std::string what = "round " + std::to_string(round) + ", " + selection.names[0];
+            PTRawDataVector expectedLog = copyLog(log);
+            Direct direct(selection.direct, selection.names);
+            direct.run(expectedLog);
+
+            PTRawDataVector actualLog = copyLog(log);
+            const Pass pass = run(actualLog, selection.names, selection.variant);
+            ASSERT_EQ(describe(actualLog, pass.map), describe(expectedLog, direct.map)) << what;
+            ASSERT_EQ(describe(pass.data), describe(direct.out)) << what;
+            EXPECT_EQ(pass.leftOpen, selection.variant == Variant::Diagnostic && direct.leftOpen);
+
+            if (selection.variant != Variant::Diagnostic) {
+                PTRawDataVector selected = copyLog(log);
+                const PTProcessedData data = ptProcessRaw(*ptTracer(), selected, selection.names,
+                                                          selection.variant == Variant::Models);
+                ASSERT_EQ(data._hasError, direct.out._hasError) << what;
+                if (!data._hasError) {
+                    ASSERT_EQ(describe(data._rows), describe(direct.startRows(expectedLog)))
+                        << what;
+                }
+            }
         }
     }
 }

@@ -79,6 +79,8 @@ TEST(NumberText, DecimalCasts) {
     EXPECT_EQ(ptDoubleToUString(-1, 2.5), "2.5");
     EXPECT_EQ(ptDoubleToUString(2, std::numeric_limits<double>::quiet_NaN()), "nan.00");
     EXPECT_EQ(ptDoubleToUString(1, -std::numeric_limits<double>::infinity()), "-inf.0");
+    EXPECT_EQ(ptClockSpeedText(1000000), "1000 MHz");  // not above 1 after the division
+    EXPECT_EQ(ptClockSpeedText(2893437), "2.8934 GHz");
     EXPECT_EQ(ptIntToUString(-42), "-42");
     EXPECT_EQ(ptIntToUString(2147483647), "2147483647");
 }
