@@ -3,7 +3,9 @@
 // Everything the tracer exports.
 
 #include <performance_tracer/aggregation.h>
+#include <performance_tracer/comparison.h>
 #include <performance_tracer/constants.h>
+#include <performance_tracer/data_blocks.h>
 #include <performance_tracer/export.h>
 #include <performance_tracer/groupings.h>
 #include <performance_tracer/logging.h>

@@ -1,0 +1,120 @@
+#include <performance_tracer/comparison.h>
+#include <performance_tracer/names.h>
+#include <performance_tracer/raw_store.h>
+#include <performance_tracer/tracer.h>
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+
+#include <random>
+
+#include "direct_alignment.h"
+#include "random_log.h"
+
+namespace {
+
+using pt::testing::makePoint;
+
+class Alignment : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ptClearRawData();
+        setPathStripRoot("");
+    }
+    PerformanceTracer& tracer() { return *ptTracer(); }
+};
+
+/// Rows named by the given phases, all host-language rows of one grouping but where a name
+/// starts with '@', which puts the row into a second grouping.
+PTDiagnosticInfoList rowsOf(const std::vector<std::string>& phases) {
+    PTDiagnosticInfoList rows;
+    for (const std::string& phase : phases) {
+        const bool other = phase.starts_with('@');
+        const auto raw =
+            makePoint(0, other ? "Other" : "G", other ? phase.substr(1) : phase, true, 0);
+        rows.push_back(
+            boost::make_shared<PTDiagnosticInfo>(raw, static_cast<int>(rows.size()) + 1, 0));
+    }
+    return rows;
+}
+
+/// The pairs as phase names, "-" for an absent side.
+std::vector<std::string> describe(const std::vector<PTAlignedPair>& pairs) {
+    std::vector<std::string> out;
+    for (const auto& pair : pairs) {
+        const auto name = [](const PTOrviaProcessedDataPoint* row) {
+            return row ? ptGetPhaseStr(row->_phaseID) + "#" + std::to_string(row->HTMLRowNumber)
+                       : std::string("-");
+        };
+        out.push_back(name(pair.left) + "|" + name(pair.right) + "|" + std::to_string(pair.kind));
+    }
+    return out;
+}
+
+TEST_F(Alignment, MatchesTheDirectFormOnRandomLists) {
+    std::mt19937 rng(11);
+    const std::vector<std::string> pool = {"a", "b", "c", "d", "@a"};
+    std::uniform_int_distribution<std::size_t> pick(0, pool.size() - 1);
+    std::uniform_int_distribution<int> length(0, 24);
+    for (int round = 0; round < 4000; ++round) {
+        std::vector<std::string> left, right;
+        for (int i = length(rng); i > 0; --i) {
+            left.push_back(pool[pick(rng)]);
+        }
+        for (int i = length(rng); i > 0; --i) {
+            right.push_back(pool[pick(rng)]);
+        }
+        if (round % 3 == 0) {  // a common tail
+            for (int i = length(rng) / 4; i > 0; --i) {
+                const std::string& key = pool[pick(rng)];
+                left.push_back(key);
+                right.push_back(key);
+            }
+        }
+        const PTDiagnosticInfoList l = rowsOf(left);
+        const PTDiagnosticInfoList r = rowsOf(right);
+        const auto fast = ptAlignRows(tracer(), l, r);
+        const auto direct = pt::testing::directAlignRows(l, r);
+        ASSERT_EQ(fast, direct) << "round " << round;
+    }
+}
+
+TEST_F(Alignment, StretchesAndRepeatedPhases) {
+    // Between common rows the left-only rows come first, then the right-only ones.
+    EXPECT_EQ(
+        describe(ptAlignRows(tracer(), rowsOf({"A", "X1", "X2", "B"}), rowsOf({"A", "Y1", "B"}))),
+        (std::vector<std::string>{"A#1|A#1|0", "X1#2|-|1", "X2#3|-|1", "-|Y1#2|2", "B#4|B#3|0"}));
+    // Run twice on the left and once on the right: the walk meets equal keys from the end.
+    EXPECT_EQ(describe(ptAlignRows(tracer(), rowsOf({"A", "A"}), rowsOf({"A"}))),
+              (std::vector<std::string>{"A#1|-|1", "A#2|A#1|0"}));
+    // The same phase in another grouping is another key.
+    EXPECT_EQ(describe(ptAlignRows(tracer(), rowsOf({"A"}), rowsOf({"@A"}))),
+              (std::vector<std::string>{"A#1|-|1", "-|A#1|2"}));
+    EXPECT_TRUE(ptAlignRows(tracer(), rowsOf({}), rowsOf({})).empty());
+    EXPECT_EQ(describe(ptAlignRows(tracer(), rowsOf({}), rowsOf({"A", "B"}))),
+              (std::vector<std::string>{"-|A#1|2", "-|B#2|2"}));
+}
+
+TEST_F(Alignment, AggregatesAlignByPhaseNameAlone) {
+    const auto entry = [](const char* phase, const char* grouping) {
+        const auto id = static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, phase));
+        const auto group = static_cast<std::int32_t>(ptNameID(PT_TABLE_GROUPING, grouping));
+        return std::make_pair(id, std::make_unique<PTAggregateDataPoint>(group, id, false));
+    };
+    PTAggregateMap left, right;
+    left.insert(entry("tool/ks_customization/f", "G1"));
+    left.insert(entry("only left", "G1"));
+    right.insert(entry("tool/f", "G2"));
+    right.insert(entry("only right", "G2"));
+    const auto pairs = ptAlignAggregates(tracer(), left, right);
+    ASSERT_EQ(pairs.size(), 3u);
+    // Ascending phase ids: "tool/ks_customization/f" 0, "only left" 1, "tool/f" 2, ...
+    EXPECT_EQ(pairs[0].kind, PT_ALIGN_BOTH);
+    EXPECT_EQ(pairs[0].left->_phaseID, 0);
+    EXPECT_EQ(pairs[0].right->_phaseID, 2);
+    EXPECT_EQ(pairs[1].kind, PT_ALIGN_LHS_ONLY);
+    EXPECT_EQ(pairs[2].kind, PT_ALIGN_RHS_ONLY);
+}
+
+}  // namespace

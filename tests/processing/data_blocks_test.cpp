@@ -1,0 +1,168 @@
+#include <performance_tracer/data_blocks.h>
+#include <performance_tracer/names.h>
+#include <performance_tracer/raw_store.h>
+#include <performance_tracer/tracer.h>
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "processing/selection.h"
+#include "random_log.h"
+
+// The blocks of every metric, single and comparison, for a small pair of runs and for empty
+// data, against the golden text in golden/data_blocks.txt. PT_UPDATE_GOLDEN=1 rewrites it.
+
+namespace {
+
+using pt::testing::makePoint;
+
+constexpr double kMiB = 1048576.0;
+const char* const kMetrics[] = {"time", "basicmemory", "detailedmemory", "elapsed"};
+
+struct Event {
+    int type;
+    const char* phase;
+    bool start;
+    double time;
+};
+
+/// A run under the grouping "EvalPrms", whose id is 0 in every process; memory figures grow
+/// with each point so that every field has a value of its own.
+PTRawDataVector runOf(const std::vector<Event>& events) {
+    PTRawDataVector log;
+    double k = 0;
+    for (const Event& e : events) {
+        auto point = makePoint(e.type, "EvalPrms", e.phase, e.start, e.time, e.time / 2, "engine");
+        point->_basicMem = boost::make_shared<pt::BasicMemStats>((1 + k) * kMiB, (2 + 2 * k) * kMiB,
+                                                                 (100 - k) * kMiB);
+        point->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
+            (50 - k) * kMiB, 10 * kMiB, (20 + k) * kMiB, 5 * kMiB, (1 + k / 4) * kMiB);
+        log.push_back(point);
+        ++k;
+    }
+    return log;
+}
+
+class DataBlocks : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ptClearRawData();
+        setPathStripRoot("");
+        _leftLog = runOf({{0, "run", true, 0.0},
+                          {1, "compile", true, 0.01},
+                          {1, "compile", false, 0.5},
+                          {2, "step", true, 1.0},  // a gap before
+                          {2, "step", false, 1.05},
+                          {1, "link", true, 1.06},
+                          {1, "link", false, 1.08},
+                          {0, "run", false, 1.1},
+                          {0, "save", true, 1.15},
+                          {0, "save", false, 1.2}});
+        _rightLog = runOf({{0, "run", true, 0.0},
+                           {1, "compile", true, 0.01},
+                           {1, "compile", false, 0.3},
+                           {1, "compile", true, 0.31},
+                           {1, "compile", false, 0.6},
+                           {2, "step", true, 0.62},
+                           {2, "step", false, 0.7},
+                           {0, "run", false, 0.75},
+                           {0, "verify", true, 0.8},
+                           {0, "check", true, 0.81},
+                           {0, "check", false, 0.85},
+                           {0, "verify", false, 0.9},
+                           {0, "save", true, 0.95},
+                           {0, "save", false, 1.0}});
+        PerformanceTracer& t = *ptTracer();
+        _left = ptProcessRaw(t, _leftLog, {"GLOBAL"}, false);
+        _right = ptProcessRaw(t, _rightLog, {"GLOBAL"}, false);
+        ASSERT_FALSE(_left._hasError || _right._hasError);
+        _leftAggregates = ptAggregate(t, _left._rows);
+        _rightAggregates = ptAggregate(t, _right._rows);
+    }
+
+    /// Every block, each under a heading.
+    std::string allBlocks() {
+        PerformanceTracer& t = *ptTracer();
+        const auto rowPairs = ptAlignRows(t, _left._rows, _right._rows);
+        const auto aggregatePairs = ptAlignAggregates(t, _leftAggregates, _rightAggregates);
+        std::string text;
+        const auto section = [&text](const std::string& title, const std::string& block) {
+            text += "=== " + title + " ===\n" + block;
+        };
+        for (const char* metric : kMetrics) {
+            const std::string m = metric;
+            section("procData " + m, ptHtmlProcData(t, _left, m));
+            section("aggData " + m, ptHtmlAggData(t, _leftAggregates, m, false));
+            section("procData comparison " + m, ptHtmlProcDiffData(t, rowPairs, m, "LHS", "RHS"));
+            section("aggData comparison " + m,
+                    ptHtmlAggDiffData(t, aggregatePairs, m, "LHS", "RHS"));
+        }
+        section("aggData aggregate-only time", ptHtmlAggData(t, _leftAggregates, "time", true));
+        section("procData empty", ptHtmlProcData(t, PTProcessedData(), "time"));
+        section("aggData empty", ptHtmlAggData(t, PTAggregateMap(), "time", false));
+        section("procData comparison empty", ptHtmlProcDiffData(t, {}, "time", "LHS", "RHS"));
+        section("aggData comparison empty", ptHtmlAggDiffData(t, {}, "time", "LHS", "RHS"));
+        return text;
+    }
+
+    PTRawDataVector _leftLog, _rightLog;
+    PTProcessedData _left, _right;
+    PTAggregateMap _leftAggregates, _rightAggregates;
+};
+
+TEST_F(DataBlocks, GoldenTextOfEveryBlock) {
+    const std::string path = std::string(PT_GOLDEN_DIR) + "/data_blocks.txt";
+    const std::string actual = allBlocks();
+    if (const char* update = std::getenv("PT_UPDATE_GOLDEN"); update && *update == '1') {
+        std::ofstream(path) << actual;
+    }
+    std::ifstream in(path);
+    std::stringstream golden;
+    golden << in.rdbuf();
+    if (golden.str() != actual) {
+        std::ofstream("data_blocks.actual.txt") << actual;
+    }
+    EXPECT_EQ(golden.str(), actual) << "see data_blocks.actual.txt in the test's folder";
+}
+
+TEST_F(DataBlocks, CarryOversOfTheComparisonWriter) {
+    PerformanceTracer& t = *ptTracer();
+    // A right-only parent keeps the right self texts of the row before it.
+    const auto pairs = ptAlignRows(t, _left._rows, _right._rows);
+    const std::string block = ptHtmlProcDiffData(t, pairs, "time", "LHS", "RHS");
+    std::vector<std::string> records;
+    for (std::size_t at = block.find("new dataStruct("); at != std::string::npos;
+         at = block.find("new dataStruct(", at + 1)) {
+        records.push_back(block.substr(at, block.find(')', at) - at));
+    }
+    const auto fields = [](const std::string& record) {
+        std::vector<std::string> out;
+        std::stringstream stream(record.substr(std::string("new dataStruct(").size()));
+        for (std::string field; std::getline(stream, field, ',');) {
+            out.push_back(field);
+        }
+        return out;
+    };
+    std::size_t verify = 0;
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        if (pairs[i].kind == PT_ALIGN_RHS_ONLY &&
+            ptGetPhaseStr(pairs[i].right->_phaseID) == "verify") {
+            verify = i;
+        }
+    }
+    ASSERT_GT(verify, 0u);
+    const auto before = fields(records[verify - 1]);
+    const auto parent = fields(records[verify]);
+    // Fields 9 to 16: the four left texts, then RHS_WCSelf, RHS_WCSelfPlusChild, RHS_CPUSelf.
+    EXPECT_EQ(parent[9], "-99.99");
+    EXPECT_EQ(parent[13], before[13]);
+    EXPECT_EQ(parent[15], before[15]);
+    EXPECT_NE(parent[14], before[14]);
+}
+
+}  // namespace
