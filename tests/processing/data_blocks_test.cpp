@@ -165,4 +165,51 @@ TEST_F(DataBlocks, CarryOversOfTheComparisonWriter) {
     EXPECT_NE(parent[14], before[14]);
 }
 
+TEST_F(DataBlocks, IdenticalRunsCompareAsEqual) {
+    PerformanceTracer& t = *ptTracer();
+    const auto pairs = ptAlignRows(t, _left._rows, _left._rows);
+    for (const auto& pair : pairs) {
+        EXPECT_EQ(pair.kind, PT_ALIGN_BOTH);
+    }
+    const std::string block = ptHtmlProcDiffData(t, pairs, "time", "LHS", "RHS");
+    std::size_t classes = 0;
+    for (std::size_t at = block.find("\" B"); at != std::string::npos;
+         at = block.find("\" B", at + 1)) {
+        EXPECT_EQ(block.compare(at, 13, "\" BETWN_M5_0\""), 0);
+        ++classes;
+    }
+    EXPECT_EQ(classes, 4 * pairs.size());
+
+    // An aggregate on one side only counts all its executions.
+    const auto aggregates = ptAlignAggregates(t, _rightAggregates, PTAggregateMap());
+    const std::string agg = ptHtmlAggDiffData(t, aggregates, "elapsed", "LHS", "RHS");
+    EXPECT_NE(agg.find("new aggDataStruct(0,1,2,-99.99,2)"), std::string::npos);  // compile, twice
+}
+
+TEST_F(DataBlocks, ModelIdsCarryOverFromTheLastChartRowUntilAHostRow) {
+    PerformanceTracer& t = *ptTracer();
+    const auto row = [](int type, const char* phase, const char* model) {
+        auto raw = makePoint(type, "EvalPrms", phase, true, 0.0, 0.0, model);
+        return boost::make_shared<PTDiagnosticInfo>(raw, 1, 0);
+    };
+    // A chart row in model "a", a block-diagram row in model "b", a host row, then "b" again.
+    const PTDiagnosticInfoList rows = {row(2, "chart", "a"), row(1, "block", "b"),
+                                       row(0, "host", "a"), row(1, "block", "b")};
+    const auto a = static_cast<std::int32_t>(ptNameID(PT_TABLE_MODEL, "a"));
+    const auto b = static_cast<std::int32_t>(ptNameID(PT_TABLE_MODEL, "b"));
+    const std::string block =
+        ptHtmlProcDiffData(t, ptAlignRows(t, rows, PTDiagnosticInfoList()), "elapsed", "", "");
+    const std::string ids[] = {"," + std::to_string(a) + ",0,0,0)",
+                               "," + std::to_string(a) + ",0,0,0)", ",-1,-1,-1,-1)",
+                               "," + std::to_string(b) + ",0,-1,-1)"};
+    std::size_t at = 0;
+    for (const std::string& expected : ids) {
+        at = block.find("new dataStruct(", at + 1);
+        ASSERT_NE(at, std::string::npos);
+        EXPECT_EQ(block.substr(block.find(')', at) - expected.size() + 1, expected.size()),
+                  expected)
+            << block.substr(at, block.find(')', at) - at + 1);
+    }
+}
+
 }  // namespace
