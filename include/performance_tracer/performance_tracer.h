@@ -10,6 +10,7 @@
 #include <performance_tracer/groupings.h>
 #include <performance_tracer/logging.h>
 #include <performance_tracer/mem_stats.h>
+#include <performance_tracer/module.h>
 #include <performance_tracer/names.h>
 #include <performance_tracer/number_text.h>
 #include <performance_tracer/processed_points.h>

@@ -16,3 +16,6 @@ PT_PLATFORM_API double utCPUtime();
 PT_PLATFORM_API void* utMalloc(std::size_t size);
 PT_PLATFORM_API void* utCalloc(std::size_t count, std::size_t size);
 PT_PLATFORM_API void utFree(void* memory);
+
+/// The processor's clock speed in kilohertz, from the operating system; 0 if it cannot tell.
+PT_PLATFORM_API double utCPUspeedOS();

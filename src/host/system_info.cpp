@@ -1,0 +1,131 @@
+#include "system_info.h"
+
+#include <performance_tracer/number_text.h>
+
+#include <pt_platform/hvx.h>
+#include <pt_platform/ut.h>
+
+#include <memory>
+
+#include "messages.h"
+#include "method_frame.h"
+
+namespace performance_tracer {
+
+namespace {
+
+/// The one answer of a host function, or null when the host refuses.
+hvUniqueArray askHost(const char* function, hvArray* argument) {
+    hvArray* answer = nullptr;
+    hvArray* inputs[] = {argument};
+    if (hvxCallOrvia(1, &answer, argument ? 1 : 0, argument ? inputs : nullptr, function) != 0) {
+        return nullptr;
+    }
+    return hvUniqueArray(answer);
+}
+
+/// The text answer of a host function; empty when the host refuses, an error when it answers
+/// with something else.
+std::string askHostText(const char* function, hvArray* argument, const char* word) {
+    const hvUniqueArray answer = askHost(function, argument);
+    if (!answer) {
+        return {};
+    }
+    if (!isPlainText(answer.get())) {
+        raise<Errors::UnexpectedValue>(std::string(word));
+    }
+    return textOf(answer.get());
+}
+
+constexpr const char* kHostInfoWord = "CPU information";
+
+std::string coreCount() {
+    const hvUniqueArray argument(hvCreateString("numCores"));
+    const hvUniqueArray answer = askHost("hostfeature", argument.get());
+    if (!answer) {
+        return {};
+    }
+    if (!hvIsDouble(answer.get()) || !hvIsScalar(answer.get())) {
+        raise<Errors::UnexpectedValue>(std::string("Number of Cores"));
+    }
+    // Precision 0 leaves one significant digit, so that twelve cores read 1e+01.
+    return ptNumberText(hvGetScalar(answer.get()), 0);
+}
+
+std::string hostVersion(const char* option) {
+    const hvUniqueArray argument(option ? hvCreateString(option) : nullptr);
+    return askHostText("version", argument.get(), kHostInfoWord);
+}
+
+}  // namespace
+
+std::string callHostString(const std::string& function, const std::string& argument) {
+    const hvUniqueArray input(hvCreateString(argument));
+    return askHostText(function.c_str(), input.get(), kHostInfoWord);
+}
+
+SystemInfoRecord collectSystemInfo() {
+    static SystemInfoRecord record;
+    static bool collected = false;
+    if (!collected) {
+        // In this order; each field is kept as soon as it is known.
+        record.processorStr = callHostString("hostinfo", "getcpu");
+        record.cpuSpeedStr = ptClockSpeedText(utCPUspeedOS());
+        record.numCoresStr = coreCount();
+        record.totalPhysMemStr = "N/A";
+        record.OrviaVersionStr = hostVersion(nullptr);
+        record.javaVMVersionStr = hostVersion("-jvm");
+        record.operatingSystemStr =
+            callHostString("hostinfo", "getos") + " " + callHostString("hostinfo", "getwinsys");
+        const hvUniqueArray ver(hvCreateString("ver"));
+        record.installedProductsStr =
+            askHostText("evalcapture", ver.get(), "installed products: [evalcapture('ver')]");
+        collected = true;
+    }
+    return record;
+}
+
+SystemInfoRecord& cachedSystemInfo() {
+    static std::unique_ptr<SystemInfoRecord> record;
+    static bool filled = false;
+    if (!filled) {
+        if (!record) {
+            record = std::make_unique<SystemInfoRecord>();
+        }
+        *record = collectSystemInfo();
+        filled = true;
+    }
+    return *record;
+}
+
+std::string queryOrviaRoot() {
+    static std::string root;
+    if (const hvUniqueArray answer = askHost("orviaroot", nullptr)) {
+        if (!isPlainText(answer.get())) {
+            raise<Errors::UnexpectedValue>(std::string("Orvia Root"));
+        }
+        root = textOf(answer.get());
+    }
+    return root;
+}
+
+namespace {
+
+void switchStringTable(const char* what) {
+    try {
+        const std::string text(what);
+        feval(hvm::Factory::getCurrentLocalHVM(), "kssvInternal", text);
+    } catch (...) {
+        // The switches are a courtesy to the host; they never fail their caller.
+    }
+}
+
+}  // namespace
+
+void kssvStringTableDoGarbageCollection() { switchStringTable("kssvStringTableCollectGarbageNow"); }
+
+void kssvStringTableDisableGarbageCollection() { switchStringTable("kssvEnterTableNoLeakMode"); }
+
+void kssvStringTableEnableGarbageCollection() { switchStringTable("kssvExitTableNoLeakMode"); }
+
+}  // namespace performance_tracer

@@ -1,0 +1,120 @@
+#include "host/messages.h"
+#include "host/methods.h"
+#include "method_test_support.h"
+
+namespace pt::testing {
+namespace {
+
+using Registration = MethodTest;
+
+TEST_F(Registration, TheClassAndItsMethodsInOrder) {
+    vos::VOSPackage* package = vos::VOSPackage::getPackage(vos::VOSNameID("PerfTools"));
+    ASSERT_NE(package, nullptr);
+    vos::VOSClassInfo* tracer = package->findClass("Tracer");
+    ASSERT_NE(tracer, nullptr);
+    EXPECT_EQ(tracer->getFullName(), "PerfTools.Tracer");
+    const struct {
+        const char* name;
+        std::size_t inputs;
+        bool open;
+        std::size_t outputs;
+    } expected[] = {
+        {"clearRawData", 1, true, 0},
+        {"enable", 1, true, 1},
+        {"enableGlobalLogging", 1, false, 1},
+        {"enableKsStartupLogging", 1, false, 1},
+        {"enableDetailedMemStats", 1, false, 1},
+        {"logOrviaData", 3, false, 0},
+        {"logKestruneData", 5, false, 0},
+        {"logKsStartupData", 2, false, 0},
+        {"logYlvaneData", 7, false, 0},
+        {"addGrouping", 2, false, 0},
+        {"removeGrouping", 1, false, 0},
+        {"setStatisticsTypeForModel", 2, false, 0},
+        {"setUseDetailedExceptionDiagnostics", 1, false, 1},
+    };
+    const auto& methods = tracer->methods();
+    ASSERT_EQ(methods.size(), std::size(expected));
+    for (std::size_t i = 0; i < methods.size(); ++i) {
+        EXPECT_EQ(methods[i]->getName(), expected[i].name);
+        EXPECT_EQ(methods[i]->getSignature()->numberOfInputs(), expected[i].inputs);
+        EXPECT_EQ(methods[i]->getSignature()->hasOpenEndedInputs(), expected[i].open);
+        EXPECT_EQ(methods[i]->getSignature()->numberOfOutputs(), expected[i].outputs);
+        EXPECT_TRUE(methods[i]->isStatic());
+        EXPECT_EQ(
+            dynamic_cast<performance_tracer::PerformanceTracerBaseMI&>(*methods[i]).getOwner(),
+            tracer);
+        EXPECT_FALSE(methods[i]->isConversion());
+        EXPECT_EQ(methods[i]->isVisible(), i + 1 != methods.size());
+    }
+    EXPECT_EQ(package->functionNames(),
+              (std::vector<std::string>{"kssvStringTableDoGarbageCollection",
+                                        "kssvStringTableDisableGarbageCollection",
+                                        "kssvStringTableEnableGarbageCollection"}));
+
+    // An instance is a hollow tracer.
+    void* instance = tracer->createInstance();
+    EXPECT_EQ(static_cast<PerformanceTracer*>(instance)->_rawData, nullptr);
+    tracer->destroyInstance(instance);
+}
+
+TEST_F(Registration, EntryPointsRunOnce) {
+    vos::VOSClassInfo* tracer =
+        vos::VOSPackage::getPackage(vos::VOSNameID("PerfTools"))->findClass("Tracer");
+    HVInitialize_performance_tracer();
+    initialize_performance_tracer();
+    ptRegisterPerfVOSPackage();
+    HVTerminate_performance_tracer();
+    HVTerminate_performance_tracer();
+    destroy_performance_tracer();
+    // Termination unregisters nothing; the tracer answers on.
+    EXPECT_EQ(vos::VOSPackage::getPackage(vos::VOSNameID("PerfTools"))->findClass("Tracer"),
+              tracer);
+    EXPECT_TRUE(vos::isCallable("PerfTools.Tracer.enable"));
+    const Values answer = call("PerfTools.Tracer.enable", valuesOf(text("anything")), 1);
+    ASSERT_EQ(answer.size(), 1u);
+    EXPECT_FALSE(hvIsLogicalScalarTrue(answer[0].get()));
+
+    const hvModuleDescriptor* descriptor = QueryHVFcnTable_performance_tracer();
+    EXPECT_EQ(descriptor->layoutVersion, HV_MODULE_DESCRIPTOR_VERSION);
+    EXPECT_STREQ(descriptor->moduleName, "performance_tracer");
+    EXPECT_EQ(descriptor->initialize, &HVInitialize_performance_tracer);
+}
+
+TEST(Messages, EveryIdHasATextWithItsPlaceholders) {
+    const struct {
+        const char* id;
+        std::size_t arguments;
+    } ids[] = {
+#define PT_MESSAGE_ROW(name, count) {#name, count},
+        PT_MESSAGE_IDS(PT_MESSAGE_ROW)
+#undef PT_MESSAGE_ROW
+    };
+    EXPECT_EQ(resource_core::catalogueIds(performance_tracer::kMessageGroup).size(),
+              std::size(ids));
+    for (const auto& entry : ids) {
+        const char* text =
+            resource_core::catalogueText(performance_tracer::kMessageGroup, entry.id);
+        ASSERT_NE(text, nullptr) << entry.id;
+        performance_tracer::MessageId message(entry.id, entry.arguments);
+        for (std::size_t i = 0; i < entry.arguments; ++i) {
+            message.setArgument(i, std::string("ARG") + std::to_string(i + 1));
+            EXPECT_NE(std::string(text).find("{" + std::to_string(i + 1) + "}"), std::string::npos)
+                << entry.id;
+        }
+        const std::string filled = resource_core::formatMessage(message);
+        EXPECT_EQ(filled.find('{'), std::string::npos) << entry.id << ": " << filled;
+        for (std::size_t i = 0; i < entry.arguments; ++i) {
+            EXPECT_NE(filled.find("ARG" + std::to_string(i + 1)), std::string::npos) << entry.id;
+        }
+    }
+    try {
+        performance_tracer::raise<performance_tracer::Errors::MaxParamsExceeded>(std::string("2"));
+    } catch (const performance_tracer::Error<performance_tracer::Errors::MaxParamsExceeded>& e) {
+        EXPECT_EQ(e.getErrorID(), "performance_tracer:PerformanceTracer:MaxParamsExceeded");
+        EXPECT_STREQ(e.what(), "Too many input arguments were given; at most 2 are accepted.");
+    }
+}
+
+}  // namespace
+}  // namespace pt::testing

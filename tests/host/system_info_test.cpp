@@ -1,0 +1,138 @@
+#include "host/system_info.h"
+
+#include <pt_platform/hvm.h>
+#include <pt_platform/hvx.h>
+
+#include "host/messages.h"
+#include "method_test_support.h"
+
+// collectSystemInfo and cachedSystemInfo keep what they find for the life of the process, so
+// each test of them runs in a process of its own (as CTest runs them) and asks only once.
+
+namespace pt::testing {
+namespace {
+
+class SystemInfo : public MethodTest {
+protected:
+    void TearDown() override { hvxRestoreHostFunctions(); }
+
+    /// Makes a host function answer with a value, or refuse when the value is null.
+    static void answer(const std::string& name, std::function<hvArray*()> make) {
+        hvxSetHostFunction(name, [make](int nlhs, hvArray** plhs, int, hvArray**) {
+            hvArray* value = make();
+            if (!value) {
+                return 1;
+            }
+            if (nlhs >= 1) {
+                plhs[0] = value;
+            } else {
+                hvDestroyArray(value);
+            }
+            return 0;
+        });
+    }
+
+    static std::string errorOfCollect() {
+        try {
+            performance_tracer::collectSystemInfo();
+        } catch (const foundation::core::except::IMsgIDException& e) {
+            return e.getErrorID() + "|" + e.getMessageText();
+        }
+        return "none";
+    }
+};
+
+TEST_F(SystemInfo, AnswersOfThisMachine) {
+    const SystemInfoRecord info = performance_tracer::collectSystemInfo();
+    EXPECT_FALSE(info.processorStr.empty());
+    EXPECT_EQ(info.totalPhysMemStr, "N/A");
+    EXPECT_TRUE(info.cpuSpeedStr.ends_with("Hz")) << info.cpuSpeedStr;
+    EXPECT_FALSE(info.numCoresStr.empty());
+    EXPECT_TRUE(info.operatingSystemStr.starts_with("Linux ")) << info.operatingSystemStr;
+    EXPECT_FALSE(info.OrviaVersionStr.empty());
+    EXPECT_NE(info.installedProductsStr.find("Kestrune"), std::string::npos);
+    // Kept: the host is not asked again.
+    answer("hostinfo", [] { return hvCreateString("changed"); });
+    EXPECT_EQ(performance_tracer::collectSystemInfo().processorStr, info.processorStr);
+    EXPECT_EQ(performance_tracer::cachedSystemInfo().processorStr, info.processorStr);
+    EXPECT_EQ(&performance_tracer::cachedSystemInfo(), &performance_tracer::cachedSystemInfo());
+}
+
+TEST_F(SystemInfo, AHostThatRefusesEverything) {
+    for (const char* name : {"hostinfo", "hostfeature", "version", "evalcapture", "orviaroot"}) {
+        answer(name, [] { return nullptr; });
+    }
+    const SystemInfoRecord info = performance_tracer::collectSystemInfo();
+    EXPECT_EQ(info.processorStr, "");
+    EXPECT_EQ(info.numCoresStr, "");
+    EXPECT_EQ(info.operatingSystemStr, " ");
+    EXPECT_EQ(info.OrviaVersionStr, "");
+    EXPECT_EQ(info.javaVMVersionStr, "");
+    EXPECT_EQ(info.installedProductsStr, "");
+    EXPECT_EQ(info.totalPhysMemStr, "N/A");
+    EXPECT_FALSE(info.cpuSpeedStr.empty());  // read without the host
+    EXPECT_EQ(performance_tracer::queryOrviaRoot(), "");
+}
+
+TEST_F(SystemInfo, CoresReadAtPrecisionZero) {
+    answer("hostfeature", [] { return hvCreateDoubleScalar(12); });
+    EXPECT_EQ(performance_tracer::collectSystemInfo().numCoresStr, "1e+01");
+}
+
+TEST_F(SystemInfo, AnswersOfTheWrongClass) {
+    answer("hostinfo", [] { return hvCreateDoubleScalar(1); });
+    EXPECT_EQ(errorOfCollect(), tracerError("UnexpectedValue") +
+                                    "|The value for 'CPU information' is of an "
+                                    "unexpected class.");
+    hvxRestoreHostFunctions();
+    answer("hostfeature", [] { return hvCreateString("8"); });
+    EXPECT_EQ(errorOfCollect().substr(0, errorOfCollect().find('|')),
+              tracerError("UnexpectedValue"));
+    EXPECT_NE(errorOfCollect().find("Number of Cores"), std::string::npos);
+    hvxRestoreHostFunctions();
+    answer("version", [] { return hvCreateLogicalScalar(true); });
+    EXPECT_NE(errorOfCollect().find("CPU information"), std::string::npos);
+    hvxRestoreHostFunctions();
+    answer("evalcapture", [] { return hvCreateCellMatrix(1, 1); });
+    EXPECT_NE(errorOfCollect().find("installed products: [evalcapture('ver')]"), std::string::npos);
+    // After failures the record is asked for anew, from the first field.
+    hvxRestoreHostFunctions();
+    EXPECT_FALSE(performance_tracer::collectSystemInfo().installedProductsStr.empty());
+}
+
+TEST_F(SystemInfo, RootFolderKeepsTheLastGoodAnswer) {
+    answer("orviaroot", [] { return hvCreateString("/opt/orvia"); });
+    EXPECT_EQ(performance_tracer::queryOrviaRoot(), "/opt/orvia");
+    answer("orviaroot", [] { return nullptr; });
+    EXPECT_EQ(performance_tracer::queryOrviaRoot(), "/opt/orvia");
+    answer("orviaroot", [] { return hvCreateDoubleScalar(2); });
+    try {
+        performance_tracer::queryOrviaRoot();
+        ADD_FAILURE() << "no error";
+    } catch (const foundation::core::except::IMsgIDException& e) {
+        EXPECT_EQ(e.getMessageText(), "The value for 'Orvia Root' is of an unexpected class.");
+    }
+    hvxRestoreHostFunctions();
+    EXPECT_FALSE(performance_tracer::queryOrviaRoot().empty());
+}
+
+TEST_F(SystemInfo, PackageFunctionsSwitchTheStringTable) {
+    const hvm::StringTable& table = hvm::StringTable::instance();
+    const int before = table.collections();
+    call("PerfTools.kssvStringTableDoGarbageCollection", {});
+    EXPECT_EQ(table.collections(), before + 1);
+    call("PerfTools.kssvStringTableDisableGarbageCollection", {});
+    EXPECT_TRUE(table.noLeakMode());
+    call("PerfTools.kssvStringTableEnableGarbageCollection", {});
+    EXPECT_FALSE(table.noLeakMode());
+    // A host without the function: the failure is dropped.
+    hvxSetHostFunction("kssvInternal", nullptr);
+    call("PerfTools.kssvStringTableDoGarbageCollection", {});
+    EXPECT_EQ(table.collections(), before + 1);
+    EXPECT_EQ(
+        errorOf("PerfTools.kssvStringTableDoGarbageCollection", valuesOf(number(1))).substr(0, 17),
+        "vos:TooManyInputs");
+}
+
+}  // namespace
+}  // namespace pt::testing

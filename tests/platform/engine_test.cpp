@@ -1,0 +1,101 @@
+#include <pt_platform/hv.h>
+#include <pt_platform/hvm.h>
+#include <pt_platform/hvx.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+namespace {
+
+using Request = cmddistributor::FEvalCmdRequest<std::string, bool>;
+
+/// Queues a call of a host function on the engine and waits for it.
+void evaluate(const std::string& function, const std::string& text, bool flag) {
+    const auto engine = hvm::Factory::getCurrentLocalHVM();
+    cmddistributor::RunOptions options;
+    options.setOutSink(engine->wrapSink(options.getOutSink(), 0));
+    auto request = std::make_shared<Request>(
+        options, function, std::tuple<const std::string&, const bool&>(text, flag));
+    engine->getCmdDistributor().enqueueWithFuture(request).get();
+}
+
+class Engine : public ::testing::Test {
+protected:
+    void TearDown() override { hvxRestoreHostFunctions(); }
+};
+
+TEST_F(Engine, RunsRequestsOnItsOwnThreadWithTheirInputs) {
+    std::atomic<std::thread::id> ranOn;
+    std::string seenText;
+    bool seenFlag = false;
+    hvxSetHostFunction("probe", [&](int, hvArray**, int nrhs, hvArray** prhs) {
+        ranOn = std::this_thread::get_id();
+        EXPECT_EQ(nrhs, 2);
+        seenText = hvArrayToStdString(prhs[0]);
+        seenFlag = hvIsLogicalScalarTrue(prhs[1]);
+        return 0;
+    });
+    evaluate("probe", "caf\xC3\xA9", true);
+    EXPECT_NE(ranOn.load(), std::this_thread::get_id());
+    EXPECT_EQ(seenText, "caf\xC3\xA9");
+    EXPECT_TRUE(seenFlag);
+    EXPECT_EQ(hvm::Factory::getCurrentLocalHVM(), hvm::Factory::getCurrentLocalHVM());
+}
+
+TEST_F(Engine, FailuresReachTheFuture) {
+    EXPECT_THROW(evaluate("no such function", "x", false), std::exception);
+    hvxSetHostFunction("refuses", [](int, hvArray**, int, hvArray**) { return 3; });
+    EXPECT_THROW(evaluate("refuses", "x", false), std::exception);
+    EXPECT_THROW(hvm::Factory::getCurrentLocalHVM()->getCmdDistributor().enqueueWithFuture(nullptr),
+                 std::invalid_argument);
+    evaluate("kssvInternal", "kssvSetSkipDetailedStackDiagnostics", true);  // still serving
+    EXPECT_TRUE(hvm::StringTable::instance().skipsDetailedStackDiagnostics());
+}
+
+TEST_F(Engine, StringTableSwitches) {
+    hvm::StringTable& table = hvm::StringTable::instance();
+    const int before = table.collections();
+    hvArray* text = hvCreateString("kssvStringTableCollectGarbageNow");
+    EXPECT_EQ(hvxCallOrvia(0, nullptr, 1, &text, "kssvInternal"), 0);
+    hvDestroyArray(text);
+    EXPECT_EQ(table.collections(), before + 1);
+    text = hvCreateString("kssvEnterTableNoLeakMode");
+    EXPECT_EQ(hvxCallOrvia(0, nullptr, 1, &text, "kssvInternal"), 0);
+    EXPECT_TRUE(table.noLeakMode());
+    hvDestroyArray(text);
+    text = hvCreateString("no such switch");
+    EXPECT_NE(hvxCallOrvia(0, nullptr, 1, &text, "kssvInternal"), 0);
+    hvDestroyArray(text);
+}
+
+TEST_F(Engine, SerialisedValuesComeBackEqual) {
+    const char* names[] = {"a", "b"};
+    hvUniqueArray s(hvCreateStructMatrix(1, 2, 2, names));
+    hvSetFieldByNumber(s.get(), 0, 0, hvCreateString("text"));
+    hvUniqueArray cell(hvCreateCellMatrix(2, 1));
+    hvSetCell(cell.get(), 1, hvCreateLogicalScalar(true));
+    hvSetFieldByNumber(s.get(), 1, 1, cell.release());
+    const std::size_t dims[] = {2, 3, 2};
+    hvUniqueArray numbers(hvCreateNumericArray(3, dims, hvClassID::Int16));
+    static_cast<std::int16_t*>(hvGetData(numbers.get()))[11] = -7;
+    hvUniqueArray empty(hvCreateCellMatrix(1, 0));
+    const auto bytes =
+        cmddistributor::detail::serializeHvArrays({s.get(), numbers.get(), empty.get(), nullptr});
+    const auto back = cmddistributor::detail::deserializeHvArrays(bytes);
+    ASSERT_EQ(back.size(), 4u);
+    EXPECT_TRUE(hvIsEqual(back[0].get(), s.get()));
+    EXPECT_TRUE(hvIsEqual(back[1].get(), numbers.get()));
+    EXPECT_TRUE(hvIsEqual(back[2].get(), empty.get()));
+    EXPECT_EQ(hvGetM(back[2].get()), 1u);  // a 1-by-0 cell stays 1-by-0
+    EXPECT_EQ(back[3], nullptr);
+
+    // Truncated or altered bytes are refused, never half read.
+    for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
+        const std::vector<std::uint8_t> truncated(bytes.begin(), bytes.begin() + cut);
+        EXPECT_ANY_THROW(cmddistributor::detail::deserializeHvArrays(truncated)) << cut;
+    }
+}
+
+}  // namespace

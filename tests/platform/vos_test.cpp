@@ -1,0 +1,184 @@
+#include <pt_platform/except.h>
+#include <pt_platform/ut.h>
+#include <pt_platform/vos.h>
+
+#include <gtest/gtest.h>
+
+#include <new>
+
+namespace {
+
+/// A method that answers how many inputs it saw.
+class CountingMethod : public vos::VOSMethodInfo {
+public:
+    CountingMethod(std::string name, int inputs, bool open, int outputs, bool visible)
+        : _name(std::move(name)), _visible(visible) {
+        _signature = vos::VOSMethodSignature::createMethodSignature();
+        for (int i = 0; i < inputs; ++i) {
+            _signature->addInputType(vos::VOSNameID("any"));
+        }
+        if (open) {
+            _signature->setOpenEndedInputs();
+        }
+        for (int i = 0; i < outputs; ++i) {
+            _signature->addOutputType(vos::VOSNameID("any"));
+        }
+    }
+    ~CountingMethod() override { delete _signature; }
+
+    const std::string& getName() const override { return _name; }
+    const vos::VOSMethodSignature* getSignature() const override { return _signature; }
+    void invoke(void*, std::uint32_t& nlhs, hvArray** plhs, std::int32_t nrhs,
+                const hvArray**) override {
+        if (_signature->numberOfOutputs() > 0) {
+            plhs[0] = hvCreateDoubleScalar(nrhs);
+            nlhs = 1;
+        }
+    }
+    bool isStatic() const override { return true; }
+    bool isVisible() const override { return _visible; }
+
+private:
+    std::string _name;
+    bool _visible;
+    vos::VOSMethodSignature* _signature;
+};
+
+class ToyClass : public vos::VOSClassInfo {
+public:
+    const std::string& getShortName() const override { return _short; }
+    const std::string& getFullName() const override { return _full; }
+    void loadMethods() override {
+        ++loads;
+        const auto add = [this](const char* name, int in, bool open, int out, bool visible) {
+            void* memory = vos::VOSClassInfo::operator new(sizeof(CountingMethod));
+            addMethod(new (memory) CountingMethod(name, in, open, out, visible));
+        };
+        add("two", 2, false, 1, true);
+        add("open", 1, true, 1, true);
+        add("quiet", 0, false, 0, true);
+        add("hidden", 0, false, 1, false);
+    }
+    void* createInstance() override { return nullptr; }
+    void destroyInstance(void*) override {}
+    bool isHandleClass() const override { return true; }
+    bool isSealedClass() const override { return true; }
+    bool isEnumeration() const override { return false; }
+
+    int loads = 0;
+
+private:
+    std::string _short = "Toy";
+    std::string _full = "Toys.Toy";
+};
+
+int gCalls = 0;
+void countCall() { ++gCalls; }
+
+class ToyPackage : public vos::VOSPackageInfo {
+public:
+    const std::string& getName() const override { return _name; }
+    void loadFunctions(vos::factory::FunctionTable& table) override {
+        void* memory = std::calloc(1, sizeof(vos::factory::FunctionInfo));
+        auto* info = new (memory) vos::factory::FunctionInfo("count", {});
+        info->setSignature(vos::factory::impl::Invoker::createSignature("", "void", nullptr));
+        info->setInvoker(&vos::factory::impl::Invoker::callVoid, &countCall);
+        table.addFunction(info);
+    }
+    bool isBuiltIn() const override { return false; }
+
+private:
+    std::string _name = "Toys";
+};
+
+ToyClass* registerToys() {
+    static ToyClass* toy = [] {
+        vos::VOSPackage::addPackage(new ToyPackage());
+        auto* info = new ToyClass();
+        vos::VOSPackage::getPackage(vos::VOSNameID("Toys"))->addClass(info);
+        return info;
+    }();
+    return toy;
+}
+
+std::string errorOf(const std::string& name, std::uint32_t nargout, std::size_t inputs) {
+    std::vector<hvUniqueArray> values;
+    std::vector<const hvArray*> args;
+    for (std::size_t i = 0; i < inputs; ++i) {
+        values.emplace_back(hvCreateDoubleScalar(1));
+        args.push_back(values.back().get());
+    }
+    try {
+        vos::invoke(name, nargout, args);
+    } catch (const foundation::core::except::IMsgIDException& e) {
+        return e.getErrorID() + ": " + e.getMessageText();
+    }
+    return "no error";
+}
+
+TEST(ClassSystem, CountsAreCheckedBeforeTheMethodRuns) {
+    registerToys();
+    EXPECT_EQ(errorOf("Toys.Toy.two", 0, 1),
+              "vos:NotEnoughInputs: Not enough input arguments: Toys.Toy.two takes 2, but 1 were "
+              "given.");
+    EXPECT_EQ(errorOf("Toys.Toy.two", 0, 3).substr(0, 18), "vos:TooManyInputs:");
+    EXPECT_EQ(errorOf("Toys.Toy.quiet", 1, 0).substr(0, 19), "vos:TooManyOutputs:");
+    EXPECT_EQ(errorOf("Toys.Toy.nothing", 0, 0),
+              "vos:UndefinedFunction: There is no method or function 'Toys.Toy.nothing'.");
+    EXPECT_EQ(errorOf("Nowhere.Toy.two", 0, 2).substr(0, 22), "vos:UndefinedFunction:");
+    EXPECT_EQ(errorOf("Toys", 0, 0).substr(0, 22), "vos:UndefinedFunction:");
+    EXPECT_EQ(errorOf("Toys.count", 0, 1).substr(0, 18), "vos:TooManyInputs:");
+
+    // An open-ended method takes any number, and its result comes back.
+    for (std::size_t n : {0, 1, 5}) {
+        EXPECT_EQ(errorOf("Toys.Toy.open", 1, n), "no error");
+    }
+    std::vector<hvUniqueArray> out = vos::invoke("Toys.Toy.two", 1, {nullptr, nullptr});
+    ASSERT_EQ(out.size(), 1u);
+    EXPECT_EQ(hvGetScalar(out[0].get()), 2.0);
+}
+
+TEST(ClassSystem, MethodsLoadOnceAndHiddenOnesStillRun) {
+    ToyClass* toy = registerToys();
+    EXPECT_EQ(vos::visibleMethods("Toys.Toy"), (std::vector<std::string>{"two", "open", "quiet"}));
+    EXPECT_EQ(toy->loads, 1);
+    EXPECT_TRUE(vos::isCallable("Toys.Toy.hidden"));
+    EXPECT_EQ(vos::invoke("Toys.Toy.hidden", 1, {}).size(), 1u);
+    EXPECT_TRUE(vos::visibleMethods("Toys.Nothing").empty());
+    EXPECT_EQ(toy->loads, 1);
+
+    const int before = gCalls;
+    EXPECT_TRUE(vos::isCallable("Toys.count"));
+    vos::invoke("Toys.count", 0, {});
+    EXPECT_EQ(gCalls, before + 1);
+    EXPECT_EQ(vos::VOSNameID("same"), vos::VOSNameID(std::string("same")));
+}
+
+struct Probe {};
+
+TEST(Errors, CarryTheirMessageAndSurviveCopies) {
+    resource_core::BaseMsgID message("vos", "TooManyInputs", 3);
+    message.setArgument(0, std::string("P.C.m"));
+    message.setArgument(1, std::int64_t{2});
+    message.setArgument(2, std::u16string(u"5"));
+    const foundation::core::except::Exception<Probe> error(message);
+    EXPECT_EQ(error.getErrorID(), "vos:TooManyInputs");
+    EXPECT_STREQ(error.what(), "Too many input arguments: P.C.m takes 2, but 5 were given.");
+
+    const boost::exception_ptr copy = error.cloneException();
+    try {
+        boost::rethrow_exception(copy);
+    } catch (const foundation::core::except::IMsgIDException& caught) {
+        EXPECT_EQ(caught.getErrorID(), "vos:TooManyInputs");
+        EXPECT_NE(&caught.getMessageID(), &error.getMessageID());  // a deep copy
+        EXPECT_EQ(resource_core::argumentText(caught.getMessageID().arguments()[1]), "2");
+    }
+    EXPECT_THROW(error.rethrow(), foundation::core::except::Exception<Probe>);
+
+    // A message the catalogue does not know reads as its id and arguments.
+    resource_core::BaseMsgID unknown("nowhere", "Nothing");
+    unknown.setArgument(0, std::string("x"));
+    EXPECT_EQ(resource_core::formatMessage(unknown), "nowhere:Nothing x");
+}
+
+}  // namespace
