@@ -49,7 +49,6 @@ std::string foldLower(std::string text) {
 }
 
 void setResult(std::uint32_t& nlhs, hvArray** plhs, hvArray* value) {
-    hvDestroyArray(plhs[0]);
     plhs[0] = value;
     nlhs = 1;
 }

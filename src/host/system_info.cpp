@@ -14,42 +14,46 @@ namespace performance_tracer {
 
 namespace {
 
-/// The one answer of a host function, or null when the host refuses.
-hvUniqueArray askHost(const char* function, hvArray* argument) {
+/// What a host function answered: refused, or its one output (which may be missing).
+struct HostAnswer {
+    bool refused;
+    hvUniqueArray value;
+};
+
+HostAnswer askHost(const char* function, hvArray* argument) {
     hvArray* answer = nullptr;
     hvArray* inputs[] = {argument};
-    if (hvxCallOrvia(1, &answer, argument ? 1 : 0, argument ? inputs : nullptr, function) != 0) {
-        return nullptr;
-    }
-    return hvUniqueArray(answer);
+    const int status =
+        hvxCallOrvia(1, &answer, argument ? 1 : 0, argument ? inputs : nullptr, function);
+    return {status != 0, hvUniqueArray(status == 0 ? answer : nullptr)};
 }
 
 /// The text answer of a host function; empty when the host refuses, an error when it answers
-/// with something else.
+/// with anything but text.
 std::string askHostText(const char* function, hvArray* argument, const char* word) {
-    const hvUniqueArray answer = askHost(function, argument);
-    if (!answer) {
+    const HostAnswer answer = askHost(function, argument);
+    if (answer.refused) {
         return {};
     }
-    if (!isPlainText(answer.get())) {
+    if (!isPlainText(answer.value.get())) {
         raise<Errors::UnexpectedValue>(std::string(word));
     }
-    return textOf(answer.get());
+    return textOf(answer.value.get());
 }
 
 constexpr const char* kHostInfoWord = "CPU information";
 
 std::string coreCount() {
     const hvUniqueArray argument(hvCreateString("numCores"));
-    const hvUniqueArray answer = askHost("hostfeature", argument.get());
-    if (!answer) {
+    const HostAnswer answer = askHost("hostfeature", argument.get());
+    if (answer.refused) {
         return {};
     }
-    if (!hvIsDouble(answer.get()) || !hvIsScalar(answer.get())) {
+    if (!hvIsDouble(answer.value.get()) || !hvIsScalar(answer.value.get())) {
         raise<Errors::UnexpectedValue>(std::string("Number of Cores"));
     }
     // Precision 0 leaves one significant digit, so that twelve cores read 1e+01.
-    return ptNumberText(hvGetScalar(answer.get()), 0);
+    return ptNumberText(hvGetScalar(answer.value.get()), 0);
 }
 
 std::string hostVersion(const char* option) {
@@ -75,8 +79,8 @@ SystemInfoRecord collectSystemInfo() {
         record.totalPhysMemStr = "N/A";
         record.OrviaVersionStr = hostVersion(nullptr);
         record.javaVMVersionStr = hostVersion("-jvm");
-        record.operatingSystemStr =
-            callHostString("hostinfo", "getos") + " " + callHostString("hostinfo", "getwinsys");
+        std::string system = callHostString("hostinfo", "getos");
+        record.operatingSystemStr = system + " " + callHostString("hostinfo", "getwinsys");
         const hvUniqueArray ver(hvCreateString("ver"));
         record.installedProductsStr =
             askHostText("evalcapture", ver.get(), "installed products: [evalcapture('ver')]");
@@ -100,11 +104,12 @@ SystemInfoRecord& cachedSystemInfo() {
 
 std::string queryOrviaRoot() {
     static std::string root;
-    if (const hvUniqueArray answer = askHost("orviaroot", nullptr)) {
-        if (!isPlainText(answer.get())) {
+    const HostAnswer answer = askHost("orviaroot", nullptr);
+    if (!answer.refused) {
+        if (!isPlainText(answer.value.get())) {
             raise<Errors::UnexpectedValue>(std::string("Orvia Root"));
         }
-        root = textOf(answer.get());
+        root = textOf(answer.value.get());
     }
     return root;
 }

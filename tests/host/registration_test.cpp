@@ -81,6 +81,15 @@ TEST_F(Registration, EntryPointsRunOnce) {
     EXPECT_EQ(descriptor->initialize, &HVInitialize_performance_tracer);
 }
 
+// Runs in a process of its own: nothing has initialised the module yet.
+TEST(EntryPoints, TerminatingFirstDoesNothingVisible) {
+    HVTerminate_performance_tracer();
+    EXPECT_EQ(vos::VOSPackage::getPackage(vos::VOSNameID("PerfTools")), nullptr);
+    HVInitialize_performance_tracer();
+    HVInitialize_performance_tracer();
+    EXPECT_EQ(vos::visibleMethods("PerfTools.Tracer").size(), 12u);  // added once
+}
+
 TEST(Messages, EveryIdHasATextWithItsPlaceholders) {
     const struct {
         const char* id;

@@ -14,7 +14,9 @@ bool answer(const Values& outputs) {
 
 TEST_F(SwitchMethods, EnableSetsOrAsks) {
     const std::string enable = "PerfTools.Tracer.enable";
+    const StateFingerprint before = StateFingerprint::take();
     EXPECT_FALSE(answer(call(enable, valuesOf(text("never named")), 1)));
+    EXPECT_TRUE(StateFingerprint::take() == before);  // a query changes nothing
     EXPECT_TRUE(answer(call(enable, valuesOf(text("A"), flag(true)), 1)));
     EXPECT_TRUE(answer(call(enable, valuesOf(column("A")), 1)));
     EXPECT_TRUE(ptIsTracerEnabled(std::string("A")));

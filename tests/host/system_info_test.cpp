@@ -74,6 +74,31 @@ TEST_F(SystemInfo, AHostThatRefusesEverything) {
     EXPECT_EQ(performance_tracer::queryOrviaRoot(), "");
 }
 
+TEST_F(SystemInfo, FieldsAreAskedInTheirOrder) {
+    std::vector<std::string> asked;
+    for (const char* name : {"hostinfo", "hostfeature", "version", "evalcapture"}) {
+        hvxSetHostFunction(name, [&asked, name](int, hvArray** plhs, int nrhs, hvArray** prhs) {
+            asked.push_back(std::string(name) + (nrhs ? " " + hvArrayToStdString(prhs[0]) : ""));
+            plhs[0] = std::string(name) == "hostfeature" ? hvCreateDoubleScalar(4)
+                                                         : hvCreateString("x");
+            return 0;
+        });
+    }
+    const SystemInfoRecord info = performance_tracer::collectSystemInfo();
+    EXPECT_EQ(asked, (std::vector<std::string>{"hostinfo getcpu", "hostfeature numCores",
+                                               "version", "version -jvm", "hostinfo getos",
+                                               "hostinfo getwinsys", "evalcapture ver"}));
+    EXPECT_EQ(info.operatingSystemStr, "x x");
+    EXPECT_EQ(info.numCoresStr, "4");
+}
+
+TEST_F(SystemInfo, SuccessWithoutAnAnswerIsNoText) {
+    hvxSetHostFunction("hostinfo", [](int, hvArray**, int, hvArray**) { return 0; });
+    EXPECT_NE(errorOfCollect().find("CPU information"), std::string::npos);
+    hvxSetHostFunction("orviaroot", [](int, hvArray**, int, hvArray**) { return 0; });
+    EXPECT_THROW(performance_tracer::queryOrviaRoot(), foundation::core::except::IMsgIDException);
+}
+
 TEST_F(SystemInfo, CoresReadAtPrecisionZero) {
     answer("hostfeature", [] { return hvCreateDoubleScalar(12); });
     EXPECT_EQ(performance_tracer::collectSystemInfo().numCoresStr, "1e+01");
