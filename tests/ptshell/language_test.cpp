@@ -1,0 +1,202 @@
+// The shell's language without a module: parsing, evaluation, display and the limits that keep
+// a run from hanging.
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "display.h"
+#include "parser.h"
+#include "session.h"
+
+namespace ptshell {
+namespace {
+
+struct Outcome {
+    std::string out;
+    std::string err;
+    Session::Outcome outcome;
+    int status = 0;
+};
+
+Outcome run(const std::string& text, EvalOptions options = {}) {
+    std::ostringstream out, err;
+    Session session(out, err, options);
+    Outcome result;
+    result.outcome = session.run(text, result.status);
+    result.out = out.str();
+    result.err = err.str();
+    return result;
+}
+
+std::string syntaxErrorOf(const std::string& text) {
+    try {
+        parse(text);
+    } catch (const SyntaxError& error) {
+        return std::to_string(error.line) + ":" + std::to_string(error.column) + " " +
+               error.message;
+    }
+    return "none";
+}
+
+TEST(Language, SyntaxErrorsNameLineAndColumn) {
+    EXPECT_EQ(syntaxErrorOf("x = (1 + 2"), "1:11 the text ends before ')'");
+    EXPECT_EQ(syntaxErrorOf("a = 1\nb = 2 3"), "2:7 unexpected '3'");
+    EXPECT_EQ(syntaxErrorOf("for i = 1:3\n  print(i)\n"), "3:1 the block has no 'end'");
+    EXPECT_EQ(syntaxErrorOf("x = 'open"), "1:5 the text has no closing quote");
+    EXPECT_EQ(syntaxErrorOf("end"), "1:1 'end' without a block to close");
+    EXPECT_EQ(syntaxErrorOf("x(1) = 2"), "1:6 only a variable can be assigned to");
+    EXPECT_EQ(syntaxErrorOf("x = 1 $"), "1:7 unexpected character '$'");
+    EXPECT_NE(syntaxErrorOf(std::string(100000, '(')).find("the statement nests too deeply"),
+              std::string::npos);
+    EXPECT_EQ(syntaxErrorOf("# only a comment\n\n;,"), "none");
+
+    EXPECT_FALSE(Session::isComplete("for i = 1:2"));
+    EXPECT_FALSE(Session::isComplete("x = {1, 2"));
+    EXPECT_FALSE(Session::isComplete("x = 1 +"));  // a value may follow on the next line
+    EXPECT_TRUE(Session::isComplete("x = 1)"));
+
+    const Outcome bad = run("x = 1\ny = )");
+    EXPECT_EQ(bad.outcome, Session::Outcome::Failed);
+    EXPECT_EQ(bad.out, "");  // nothing runs before the whole text parses
+    EXPECT_EQ(bad.err, "Error: Syntax error at line 2, column 5: unexpected ')'.\n");
+}
+
+TEST(Language, DisplayOfEveryClass) {
+    const Outcome r =
+        run("t = 'it''s'\n"
+            "e = ''\n"
+            "d = 3.14159265\n"
+            "big = 123456.7\n"
+            "b = true\n"
+            "i = int8(-200)\n"
+            "u = uint64(7)\n"
+            "m = [1 2; 3 4]\n"
+            "l = logical([1 0])\n"
+            "n = []\n"
+            "col = ['a';'b']\n"
+            "c = {1, 'x'; {}, {2}}\n"
+            "s = struct('id', 'abc', 'n', int32(5))\n"
+            "r = 1:0\n");
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(r.out,
+              "t = 'it''s'\n"
+              "e = ''\n"
+              "d = 3.1416\n"
+              "big = 1.2346e+05\n"
+              "b = true\n"
+              "i = int8 -128\n"
+              "u = uint64 7\n"
+              "m = 2x2 double\n"
+              "    1  2\n"
+              "    3  4\n"
+              "l = 1x2 logical\n"
+              "    true  false\n"
+              "n = []\n"
+              "col = 2x1 char\n"
+              "    'a'\n"
+              "    'b'\n"
+              "c = 2x2 cell\n"
+              "    {1} = 1\n"
+              "    {2} = {}\n"
+              "    {3} = 'x'\n"
+              "    {4} = 1x1 cell\n"
+              "        {1} = 2\n"
+              "s = 1x1 struct\n"
+              "    id: 'abc'\n"
+              "    n: int32 5\n"
+              "r = 1x0 double\n");
+}
+
+TEST(Language, PrintShowsValuesWithoutNames) {
+    const Outcome r =
+        run("print('plain text'); print(2.5); print(true); print(int16(-3)); print([1 2; 3 4]);"
+            "print({'a'})");
+    EXPECT_EQ(r.out, "plain text\n2.5\n1\n-3\n1  2\n3  4\n1x1 cell\n    {1} = 'a'\n");
+}
+
+TEST(Language, Evaluation) {
+    const Outcome r =
+        run("x = 2 * (3 + 4) / 7 - -1;\n"
+            "print(x), print(x == 3), print(1 ~= 1), print(~0), print(2 >= 3)\n"
+            "v = [1, 2 3 -4 5 - 1];\n"
+            "print(count(v)), print(v(4)), print(size(v))\n"
+            "s = ['ab', 'c'; 'def'];\n"
+            "print(s), print(typeof(s)), print(s(2, 3))\n"
+            "c = {1, 'two', {3}};\n"
+            "print(c{2}), print(c{3}{1}), print(typeof(c(2))), print(isempty({}))\n"
+            "p = struct('a', struct('b', 'deep'));\n"
+            "print(p.a.b), print(fields(p)), print(typeof(p))\n"
+            "total = 0;\n"
+            "for i = 1:4\n"
+            "  total = total + i;\n"
+            "end\n"
+            "print(total)\n"
+            "for k = {'x', 'y'}, print(k{1}), end\n"
+            "print(double('A')), print(char([72 105])), print(uint8(300)), print(int32(2.5))\n");
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(r.out,
+              "3\n1\n0\n1\n0\n"
+              "5\n-4\n1  5\n"
+              "abc\ndef\nchar\nf\n"
+              "two\n3\ncell\n1\n"
+              "deep\n1x1 cell\n    {1} = 'a'\nstruct\n"
+              "10\n"
+              "x\ny\n"
+              "65\nHi\n255\n3\n");
+}
+
+TEST(Language, ErrorsAreCaughtWithTheirIdentifiers) {
+    const Outcome r =
+        run("try\n"
+            "  undefined_thing\n"
+            "catch err\n"
+            "  print(err.id), print(err.message)\n"
+            "end\n"
+            "try, x = {1}; x{3}, catch e, print(e.id), end\n"
+            "try, print(1, 2), catch e, print(e.id), end\n"
+            "try, Nope.Class.method(1), catch e, print(e.id), end\n"
+            "try, 'a' + {1}, catch e, print(e.message), end\n");
+    EXPECT_EQ(r.err, "");
+    EXPECT_EQ(r.out,
+              "ptshell:UndefinedIdentifier\n'undefined_thing' is neither a variable nor a "
+              "function.\n"
+              "ptshell:IndexOutOfRange\n"
+              "ptshell:ArgumentCount\n"
+              "vos:UndefinedFunction\n"
+              "An operand must be a real scalar.\n");
+
+    const Outcome uncaught = run("print('before')\nprint(1, 2)\nprint('after')");
+    EXPECT_EQ(uncaught.out, "before\n");
+    EXPECT_EQ(uncaught.err, "Error in print: Takes 1 arguments, but 2 were given.\n");
+    EXPECT_EQ(uncaught.outcome, Session::Outcome::Failed);
+}
+
+TEST(Language, ExitAndTheLimitsOfARun) {
+    const Outcome exited = run("print(1), exit(3), print(2)");
+    EXPECT_EQ(exited.outcome, Session::Outcome::Exited);
+    EXPECT_EQ(exited.status, 3);
+    EXPECT_EQ(exited.out, "1\n");
+
+    EvalOptions limited;
+    limited.allowExit = false;
+    limited.allowSleep = false;
+    limited.maxLoopSteps = 100;
+    limited.maxElements = 1000;
+    EXPECT_EQ(run("exit", limited).err, "Error in exit: exit is switched off in this run.\n");
+    EXPECT_EQ(run("sleep(100)", limited).err,
+              "Error in sleep: sleep is switched off in this run.\n");
+    EXPECT_EQ(run("for i = 1:50, for j = 1:50, end, end", limited).err,
+              "Error: The run took more loop steps than it may.\n");
+    EXPECT_EQ(run("x = 1:1e12", limited).err, "Error: The range has too many elements.\n");
+    EXPECT_EQ(run("x = [1:600, 1:600]", limited).err, "Error: The value has too many elements.\n");
+    EXPECT_EQ(run("x = {1}; for i = 1:40, x = {x, x}; end", limited).err,
+              "Error: The value has too many elements.\n");
+    EXPECT_EQ(run("x = {1}; for i = 1:300, x = {x}; end").err,
+              "Error: The value nests too deeply.\n");
+    EXPECT_EQ(run("x = {1}; for i = 1:40, x = struct('a', x, 'b', x); end", limited).err,
+              "Error in struct: The value has too many elements.\n");
+}
+
+}  // namespace
+}  // namespace ptshell

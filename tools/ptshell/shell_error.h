@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+namespace ptshell {
+
+/// An error in a session: its identifier, its message, and the method, function or built-in
+/// that raised it (empty for the shell's own evaluation).
+struct ShellError {
+    std::string id;
+    std::string message;
+    std::string where;
+};
+
+/// The line that reports an uncaught error.
+inline std::string errorLine(const ShellError& error) {
+    return (error.where.empty() ? std::string("Error: ") : "Error in " + error.where + ": ") +
+           error.message;
+}
+
+/// Raised by exit and quit.
+struct ExitRequest {
+    int status;
+};
+
+}  // namespace ptshell
