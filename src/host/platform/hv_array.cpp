@@ -8,7 +8,8 @@
 
 namespace {
 
-std::size_t checkedProduct(const std::vector<std::size_t>& dims) {
+template <typename Dims>
+std::size_t checkedProduct(const Dims& dims) {
     std::size_t count = 1;
     for (std::size_t d : dims) {
         if (d != 0 && count > std::numeric_limits<std::size_t>::max() / d) {
@@ -19,8 +20,10 @@ std::size_t checkedProduct(const std::vector<std::size_t>& dims) {
     return count;
 }
 
-std::vector<std::size_t> normalisedDims(std::size_t ndim, const std::size_t* dims) {
-    std::vector<std::size_t> out(dims, dims + ndim);
+using Dims = boost::container::small_vector<std::size_t, 2>;
+
+Dims normalisedDims(std::size_t ndim, const std::size_t* dims) {
+    Dims out(dims, dims + ndim);
     while (out.size() < 2) {
         out.push_back(1);
     }
@@ -42,12 +45,14 @@ hvArray* makeArray(hvClassID classID, std::size_t ndim, const std::size_t* dims,
         }
         value->data.assign(count * size, 0);
     } else if (classID == hvClassID::Cell) {
-        value->elements.resize(count);
+        value->compound = std::make_unique<hvCompound>();
+        value->elements().resize(count);
     } else if (classID == hvClassID::Struct) {
         if (fieldCount != 0 && count > std::numeric_limits<std::size_t>::max() / fieldCount) {
             throw std::bad_alloc();
         }
-        value->elements.resize(count * fieldCount);
+        value->compound = std::make_unique<hvCompound>();
+        value->elements().resize(count * fieldCount);
     }
     return value.release();
 }
@@ -120,6 +125,13 @@ std::size_t hvElementSize(hvClassID classID) {
 // ---- Creation ----
 
 hvArray* hvCreateString(std::string_view utf8) {
+    // Most names are plain ASCII, whose bytes are their characters.
+    if (std::all_of(utf8.begin(), utf8.end(), [](char c) { return (c & 0x80) == 0; })) {
+        const std::size_t dims[] = {1, utf8.size()};
+        hvArray* value = makeArray(hvClassID::Char, 2, dims);
+        std::copy(utf8.begin(), utf8.end(), hvGetChars(value));
+        return value;
+    }
     const std::u16string chars = hvUtf8ToChars(utf8);
     const std::size_t dims[] = {1, chars.size()};
     hvArray* value = makeArray(hvClassID::Char, 2, dims);
@@ -182,7 +194,7 @@ hvArray* hvCreateStructArray(std::size_t ndim, const std::size_t* dims, int nfie
         names.push_back(std::move(name));
     }
     hvArray* value = makeArray(hvClassID::Struct, ndim, dims, names.size());
-    value->fieldNames = std::move(names);
+    value->fieldNames() = std::move(names);
     return value;
 }
 
@@ -200,10 +212,13 @@ hvArray* hvDuplicateArray(const hvArray* value) {
     copy->classID = value->classID;
     copy->dims = value->dims;
     copy->data = value->data;
-    copy->fieldNames = value->fieldNames;
-    copy->elements.reserve(value->elements.size());
-    for (const hvUniqueArray& element : value->elements) {
-        copy->elements.emplace_back(hvDuplicateArray(element.get()));
+    if (value->compound) {
+        copy->compound = std::make_unique<hvCompound>();
+        copy->fieldNames() = value->fieldNames();
+        copy->elements().reserve(value->elements().size());
+        for (const hvUniqueArray& element : value->elements()) {
+            copy->elements().emplace_back(hvDuplicateArray(element.get()));
+        }
     }
     return copy.release();
 }
@@ -341,38 +356,38 @@ std::size_t hvCalcSingleSubscript(const hvArray* value, std::size_t nsubs,
 // ---- Cells ----
 
 hvArray* hvGetCell(const hvArray* cell, std::size_t index) {
-    if (!hvIsCell(cell) || index >= cell->elements.size()) {
+    if (!hvIsCell(cell) || index >= cell->elements().size()) {
         return nullptr;
     }
-    return cell->elements[index].get();
+    return cell->elements()[index].get();
 }
 
 void hvSetCell(hvArray* cell, std::size_t index, hvArray* value) {
     hvUniqueArray owned(value);
-    if (!hvIsCell(cell) || index >= cell->elements.size()) {
+    if (!hvIsCell(cell) || index >= cell->elements().size()) {
         throw std::out_of_range("hvSetCell: no such element");
     }
-    cell->elements[index] = std::move(owned);
+    cell->elements()[index] = std::move(owned);
 }
 
 // ---- Structures ----
 
 int hvGetNumberOfFields(const hvArray* structure) {
-    return hvIsStruct(structure) ? static_cast<int>(structure->fieldNames.size()) : 0;
+    return hvIsStruct(structure) ? static_cast<int>(structure->fieldNames().size()) : 0;
 }
 
 const char* hvGetFieldNameByNumber(const hvArray* structure, int field) {
     if (field < 0 || field >= hvGetNumberOfFields(structure)) {
         return nullptr;
     }
-    return structure->fieldNames[field].c_str();
+    return structure->fieldNames()[field].c_str();
 }
 
 int hvGetFieldNumber(const hvArray* structure, const char* name) {
     if (!hvIsStruct(structure) || !name) {
         return -1;
     }
-    const auto& names = structure->fieldNames;
+    const auto& names = structure->fieldNames();
     const auto found = std::find(names.begin(), names.end(), name);
     return found == names.end() ? -1 : static_cast<int>(found - names.begin());
 }
@@ -382,7 +397,7 @@ hvArray* hvGetFieldByNumber(const hvArray* structure, std::size_t index, int fie
     if (field < 0 || field >= nfields || index >= structure->numberOfElements()) {
         return nullptr;
     }
-    return structure->elements[index * nfields + field].get();
+    return structure->elements()[index * nfields + field].get();
 }
 
 hvArray* hvGetField(const hvArray* structure, std::size_t index, const char* name) {
@@ -395,7 +410,7 @@ void hvSetFieldByNumber(hvArray* structure, std::size_t index, int field, hvArra
     if (field < 0 || field >= nfields || index >= structure->numberOfElements()) {
         throw std::out_of_range("hvSetFieldByNumber: no such element or field");
     }
-    structure->elements[index * nfields + field] = std::move(owned);
+    structure->elements()[index * nfields + field] = std::move(owned);
 }
 
 int hvAddField(hvArray* structure, const char* name) {
@@ -405,16 +420,16 @@ int hvAddField(hvArray* structure, const char* name) {
     if (int existing = hvGetFieldNumber(structure, name); existing >= 0) {
         return existing;
     }
-    const std::size_t oldFields = structure->fieldNames.size();
+    const std::size_t oldFields = structure->fieldNames().size();
     const std::size_t count = structure->numberOfElements();
     std::vector<hvUniqueArray> widened(count * (oldFields + 1));
     for (std::size_t e = 0; e < count; ++e) {
         for (std::size_t f = 0; f < oldFields; ++f) {
-            widened[e * (oldFields + 1) + f] = std::move(structure->elements[e * oldFields + f]);
+            widened[e * (oldFields + 1) + f] = std::move(structure->elements()[e * oldFields + f]);
         }
     }
-    structure->elements = std::move(widened);
-    structure->fieldNames.emplace_back(name);
+    structure->elements() = std::move(widened);
+    structure->fieldNames().emplace_back(name);
     return static_cast<int>(oldFields);
 }
 
@@ -425,11 +440,17 @@ bool hvIsEqual(const hvArray* a, const hvArray* b) {
         return a == b;
     }
     if (a->classID != b->classID || a->dims != b->dims || a->data != b->data ||
-        a->fieldNames != b->fieldNames || a->elements.size() != b->elements.size()) {
+        !a->compound != !b->compound) {
         return false;
     }
-    for (std::size_t i = 0; i < a->elements.size(); ++i) {
-        if (!hvIsEqual(a->elements[i].get(), b->elements[i].get())) {
+    if (!a->compound) {
+        return true;
+    }
+    if (a->fieldNames() != b->fieldNames() || a->elements().size() != b->elements().size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < a->elements().size(); ++i) {
+        if (!hvIsEqual(a->elements()[i].get(), b->elements()[i].get())) {
             return false;
         }
     }

@@ -1,223 +1,267 @@
 #include "hv_codec.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <set>
-
-#include "hv_array.h"
+#include <vector>
 
 namespace pt::platform {
 
 namespace {
 
 constexpr std::size_t kMaxDimensions = 32;
+constexpr std::size_t kMaxFieldlessElements = std::size_t{1} << 20;
 
-bool isPlain(hvClassID classID) { return hvElementSize(classID) != 0; }
+}  // namespace
 
-void packDims(msgpack::packer<msgpack::sbuffer>& packer, const hvArray& value) {
-    packer.pack_array(static_cast<std::uint32_t>(value.dims.size()));
-    for (std::size_t d : value.dims) {
-        packer.pack_uint64(d);
+std::uint64_t ValueReader::bigEndian(std::size_t bytes) {
+    std::uint64_t number = 0;
+    for (std::size_t i = 0; i < bytes; ++i) {
+        number = (number << 8) | *_p++;
     }
+    return number;
 }
 
-bool unpack(const msgpack::object& object, hvUniqueArray& value, int depth);
-
-/// An element of a container: nil for an empty one.
-bool unpackElement(const msgpack::object& object, hvUniqueArray& element, int depth) {
-    if (object.type == msgpack::type::NIL) {
-        element.reset();
-        return true;
-    }
-    return unpack(object, element, depth);
-}
-
-bool readDims(const msgpack::object& object, std::vector<std::size_t>& dims, std::size_t& count) {
-    if (object.type != msgpack::type::ARRAY || object.via.array.size > kMaxDimensions) {
+bool ValueReader::readArray(std::uint32_t& count) {
+    if (!need(1)) {
         return false;
     }
-    count = 1;
-    bool empty = false;
-    for (std::uint32_t i = 0; i < object.via.array.size; ++i) {
-        const msgpack::object& d = object.via.array.ptr[i];
-        if (d.type != msgpack::type::POSITIVE_INTEGER) {
-            return false;
-        }
-        const std::uint64_t n = d.via.u64;
-        dims.push_back(static_cast<std::size_t>(n));
-        empty = empty || n == 0;
+    const std::uint8_t tag = *_p;
+    if ((tag & 0xF0) == 0x90) {
+        ++_p;
+        count = tag & 0x0F;
+    } else if (tag == 0xDC && need(3)) {
+        ++_p;
+        count = static_cast<std::uint32_t>(bigEndian(2));
+    } else if (tag == 0xDD && need(5)) {
+        ++_p;
+        count = static_cast<std::uint32_t>(bigEndian(4));
+    } else {
+        return false;
     }
-    // The element count, unless some dimension is 0; a count that overflows is no value.
-    for (std::size_t d : dims) {
-        if (empty) {
-            count = 0;
-            break;
-        }
-        if (count > std::numeric_limits<std::size_t>::max() / d) {
-            return false;
-        }
-        count *= d;
+    // Every element takes at least one byte.
+    return count <= remaining();
+}
+
+bool ValueReader::readUnsigned(std::uint64_t& number) {
+    if (!need(1)) {
+        return false;
     }
+    const std::uint8_t tag = *_p;
+    std::size_t bytes;
+    if (tag <= 0x7F) {
+        ++_p;
+        number = tag;
+        return true;
+    }
+    switch (tag) {
+        case 0xCC: bytes = 1; break;
+        case 0xCD: bytes = 2; break;
+        case 0xCE: bytes = 4; break;
+        case 0xCF: bytes = 8; break;
+        default: return false;
+    }
+    if (!need(1 + bytes)) {
+        return false;
+    }
+    ++_p;
+    number = bigEndian(bytes);
     return true;
 }
 
-bool unpack(const msgpack::object& object, hvUniqueArray& value, int depth) {
-    if (depth > kMaxDepth || object.type != msgpack::type::ARRAY || object.via.array.size != 3) {
+bool ValueReader::readText(std::string_view& text) {
+    if (!need(1)) {
         return false;
     }
-    const msgpack::object* parts = object.via.array.ptr;
-    if (parts[0].type != msgpack::type::POSITIVE_INTEGER ||
-        parts[0].via.u64 > static_cast<std::uint64_t>(hvClassID::UInt64) || parts[0].via.u64 == 0) {
+    const std::uint8_t tag = *_p;
+    std::size_t header;
+    std::size_t length;
+    if ((tag & 0xE0) == 0xA0) {
+        header = 1;
+        length = tag & 0x1F;
+    } else if (tag == 0xD9 && need(2)) {
+        header = 2;
+        length = _p[1];
+    } else if (tag == 0xDA && need(3)) {
+        header = 3;
+        length = (std::size_t{_p[1]} << 8) | _p[2];
+    } else if (tag == 0xDB && need(5)) {
+        header = 5;
+        length = (std::size_t{_p[1]} << 24) | (std::size_t{_p[2]} << 16) |
+                 (std::size_t{_p[3]} << 8) | _p[4];
+    } else {
         return false;
     }
-    const auto classID = static_cast<hvClassID>(parts[0].via.u64);
-    std::vector<std::size_t> dims;
-    std::size_t count = 0;
-    if (!readDims(parts[1], dims, count)) {
+    if (!need(header + length)) {
         return false;
     }
-    const msgpack::object& payload = parts[2];
+    text = std::string_view(reinterpret_cast<const char*>(_p + header), length);
+    _p += header + length;
+    return true;
+}
 
-    if (classID == hvClassID::Char) {
-        if (payload.type != msgpack::type::STR) {
+bool ValueReader::readBinary(const std::uint8_t*& bytes, std::size_t& size) {
+    if (!need(1)) {
+        return false;
+    }
+    const std::uint8_t tag = *_p;
+    std::size_t header;
+    if (tag == 0xC4 && need(2)) {
+        header = 2;
+        size = _p[1];
+    } else if (tag == 0xC5 && need(3)) {
+        header = 3;
+        size = (std::size_t{_p[1]} << 8) | _p[2];
+    } else if (tag == 0xC6 && need(5)) {
+        header = 5;
+        size = (std::size_t{_p[1]} << 24) | (std::size_t{_p[2]} << 16) | (std::size_t{_p[3]} << 8) |
+               _p[4];
+    } else {
+        return false;
+    }
+    if (!need(header + size)) {
+        return false;
+    }
+    bytes = _p + header;
+    _p += header + size;
+    return true;
+}
+
+bool ValueReader::takeNil() {
+    if (need(1) && *_p == 0xC0) {
+        ++_p;
+        return true;
+    }
+    return false;
+}
+
+bool ValueReader::readValue(hvUniqueArray& value, int depth) {
+    value.reset();
+    if (takeNil()) {
+        return true;
+    }
+    std::uint32_t parts;
+    std::uint64_t classNumber;
+    if (depth > kMaxDepth || !readArray(parts) || parts != 3 || !readUnsigned(classNumber) ||
+        classNumber == 0 || classNumber > static_cast<std::uint64_t>(hvClassID::UInt64)) {
+        return false;
+    }
+    const auto classID = static_cast<hvClassID>(classNumber);
+
+    // Dimensions, and the element count unless some dimension is 0; an overflowing count is
+    // no value.
+    std::uint32_t ndim;
+    if (!readArray(ndim) || ndim > kMaxDimensions) {
+        return false;
+    }
+    std::size_t dims[kMaxDimensions];
+    bool empty = false;
+    for (std::uint32_t i = 0; i < ndim; ++i) {
+        std::uint64_t d;
+        if (!readUnsigned(d) || d > std::numeric_limits<std::size_t>::max()) {
             return false;
         }
-        const std::u16string chars =
-            hvUtf8ToChars(std::string_view(payload.via.str.ptr, payload.via.str.size));
+        dims[i] = static_cast<std::size_t>(d);
+        empty = empty || d == 0;
+    }
+    std::size_t count = 1;
+    for (std::uint32_t i = 0; i < ndim && !empty; ++i) {
+        if (count > std::numeric_limits<std::size_t>::max() / dims[i]) {
+            return false;
+        }
+        count *= dims[i];
+    }
+    if (empty) {
+        count = 0;
+    }
+
+    if (classID == hvClassID::Char) {
+        std::string_view text;
+        if (!readText(text) || text.size() < count) {
+            return false;  // every character takes at least one byte of text
+        }
+        const std::u16string chars = hvUtf8ToChars(text);
         if (chars.size() != count) {
             return false;
         }
-        value.reset(hvCreateCharArray(dims.size(), dims.data()));
+        value.reset(hvCreateCharArray(ndim, dims));
         std::copy(chars.begin(), chars.end(), hvGetChars(value.get()));
         return true;
     }
-    if (isPlain(classID)) {
-        const std::size_t size = hvElementSize(classID);
-        if (payload.type != msgpack::type::BIN || count > payload.via.bin.size / size ||
-            payload.via.bin.size != count * size) {
+    if (const std::size_t size = hvElementSize(classID); size != 0) {
+        const std::uint8_t* bytes;
+        std::size_t length;
+        if (!readBinary(bytes, length) || length % size != 0 || length / size != count) {
             return false;
         }
-        value.reset(classID == hvClassID::Logical
-                        ? hvCreateLogicalArray(dims.size(), dims.data())
-                        : hvCreateNumericArray(dims.size(), dims.data(), classID));
         if (classID == hvClassID::Logical) {
+            value.reset(hvCreateLogicalArray(ndim, dims));
             bool* flags = hvGetLogicals(value.get());
             for (std::size_t i = 0; i < count; ++i) {
-                flags[i] = payload.via.bin.ptr[i] != 0;
+                flags[i] = bytes[i] != 0;
             }
-        } else if (count != 0) {
-            std::memcpy(hvGetData(value.get()), payload.via.bin.ptr, payload.via.bin.size);
+        } else {
+            value.reset(hvCreateNumericArray(ndim, dims, classID));
+            if (length != 0) {
+                std::memcpy(hvGetData(value.get()), bytes, length);
+            }
         }
         return true;
     }
     if (classID == hvClassID::Cell) {
-        if (payload.type != msgpack::type::ARRAY || payload.via.array.size != count) {
+        std::uint32_t elements;
+        if (!readArray(elements) || elements != count) {
             return false;
         }
-        value.reset(hvCreateCellArray(dims.size(), dims.data()));
+        value.reset(hvCreateCellArray(ndim, dims));
         for (std::size_t i = 0; i < count; ++i) {
             hvUniqueArray element;
-            if (!unpackElement(payload.via.array.ptr[i], element, depth + 1)) {
+            if (!readValue(element, depth + 1)) {
                 return false;
             }
             hvSetCell(value.get(), i, element.release());
         }
         return true;
     }
-    // A structure: names, then values element by element.
-    if (payload.type != msgpack::type::ARRAY || payload.via.array.size != 2) {
+    // A structure: its field names, then the values element by element.
+    std::uint32_t halves;
+    std::uint32_t nfields;
+    if (!readArray(halves) || halves != 2 || !readArray(nfields)) {
         return false;
     }
-    const msgpack::object& names = payload.via.array.ptr[0];
-    const msgpack::object& fields = payload.via.array.ptr[1];
-    if (names.type != msgpack::type::ARRAY || fields.type != msgpack::type::ARRAY) {
-        return false;
-    }
-    const std::size_t nfields = names.via.array.size;
-    if (nfields != 0 && count > fields.via.array.size / nfields) {
-        return false;
-    }
-    if (fields.via.array.size != count * nfields) {
-        return false;
-    }
-    std::vector<std::string> fieldNames;
-    std::set<std::string> seen;
-    for (std::size_t f = 0; f < nfields; ++f) {
-        const msgpack::object& name = names.via.array.ptr[f];
-        if (name.type != msgpack::type::STR) {
+    std::vector<std::string> names;
+    std::set<std::string_view> seen;
+    for (std::uint32_t f = 0; f < nfields; ++f) {
+        std::string_view name;
+        if (!readText(name) || !seen.insert(name).second) {
             return false;
         }
-        fieldNames.emplace_back(name.via.str.ptr, name.via.str.size);
-        if (!seen.insert(fieldNames.back()).second) {
-            return false;
-        }
+        names.emplace_back(name);
+    }
+    std::uint32_t fields;
+    if (!readArray(fields) || (nfields != 0 && count > fields / nfields) ||
+        fields != count * nfields) {
+        return false;
+    }
+    // Without fields nothing in the bytes bounds the count, so it is bounded here.
+    if (nfields == 0 && count > kMaxFieldlessElements) {
+        return false;
     }
     std::vector<const char*> pointers;
-    for (const std::string& name : fieldNames) {
+    for (const std::string& name : names) {
         pointers.push_back(name.c_str());
     }
-    value.reset(
-        hvCreateStructArray(dims.size(), dims.data(), static_cast<int>(nfields), pointers.data()));
-    for (std::size_t i = 0; i < count * nfields; ++i) {
+    value.reset(hvCreateStructArray(ndim, dims, static_cast<int>(nfields), pointers.data()));
+    for (std::size_t i = 0; i < fields; ++i) {
         hvUniqueArray element;
-        if (!unpackElement(fields.via.array.ptr[i], element, depth + 1)) {
+        if (!readValue(element, depth + 1)) {
             return false;
         }
         hvSetFieldByNumber(value.get(), i / nfields, static_cast<int>(i % nfields),
                            element.release());
     }
     return true;
-}
-
-}  // namespace
-
-void packValue(msgpack::packer<msgpack::sbuffer>& packer, const hvArray* value) {
-    if (!value) {
-        packer.pack_nil();
-        return;
-    }
-    packer.pack_array(3);
-    packer.pack_uint8(static_cast<std::uint8_t>(value->classID));
-    packDims(packer, *value);
-    if (value->classID == hvClassID::Char) {
-        const std::string text = hvArrayToStdString(value);
-        packer.pack_str(static_cast<std::uint32_t>(text.size()));
-        packer.pack_str_body(text.data(), static_cast<std::uint32_t>(text.size()));
-    } else if (isPlain(value->classID)) {
-        packer.pack_bin(static_cast<std::uint32_t>(value->data.size()));
-        packer.pack_bin_body(reinterpret_cast<const char*>(value->data.data()),
-                             static_cast<std::uint32_t>(value->data.size()));
-    } else if (value->classID == hvClassID::Cell) {
-        packer.pack_array(static_cast<std::uint32_t>(value->elements.size()));
-        for (const hvUniqueArray& element : value->elements) {
-            packValue(packer, element.get());
-        }
-    } else {
-        packer.pack_array(2);
-        packer.pack_array(static_cast<std::uint32_t>(value->fieldNames.size()));
-        for (const std::string& name : value->fieldNames) {
-            packer.pack(name);
-        }
-        packer.pack_array(static_cast<std::uint32_t>(value->elements.size()));
-        for (const hvUniqueArray& element : value->elements) {
-            packValue(packer, element.get());
-        }
-    }
-}
-
-bool unpackValue(const msgpack::object& object, hvUniqueArray& value) {
-    try {
-        return unpack(object, value, 0);
-    } catch (const std::exception&) {
-        value.reset();
-        return false;
-    }
-}
-
-msgpack::unpack_limit unpackLimit(std::size_t bytes) {
-    const auto bound = static_cast<std::size_t>(std::min<std::size_t>(bytes, 0xffffffffu));
-    // A value nests three MessagePack arrays deep per level of cells and structures.
-    return msgpack::unpack_limit(bound, bound, bound, bound, bound, 3 * kMaxDepth + 8);
 }
 
 }  // namespace pt::platform

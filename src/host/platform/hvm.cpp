@@ -26,20 +26,19 @@ std::vector<std::uint8_t> serializeHvArrays(const std::vector<hvArray*>& values)
 }
 
 std::vector<hvUniqueArray> deserializeHvArrays(const std::vector<std::uint8_t>& bytes) {
-    const auto* data = reinterpret_cast<const char*>(bytes.data());
-    std::size_t offset = 0;
-    const msgpack::object_handle handle = msgpack::unpack(
-        data, bytes.size(), offset, nullptr, nullptr, pt::platform::unpackLimit(bytes.size()));
-    const msgpack::object& list = handle.get();
-    if (list.type != msgpack::type::ARRAY) {
+    pt::platform::ValueReader reader(bytes.data(), bytes.size());
+    std::uint32_t count;
+    if (!reader.readArray(count)) {
         throw std::runtime_error("request inputs are not a list of values");
     }
-    std::vector<hvUniqueArray> values(list.via.array.size);
-    for (std::uint32_t i = 0; i < list.via.array.size; ++i) {
-        const msgpack::object& value = list.via.array.ptr[i];
-        if (value.type != msgpack::type::NIL && !pt::platform::unpackValue(value, values[i])) {
+    std::vector<hvUniqueArray> values(count);
+    for (hvUniqueArray& value : values) {
+        if (!reader.readValue(value)) {
             throw std::runtime_error("request input is not a host value");
         }
+    }
+    if (!reader.atEnd()) {
+        throw std::runtime_error("request inputs are followed by other bytes");
     }
     return values;
 }
