@@ -10,12 +10,17 @@
 #include <memory>
 
 class PerformanceTracer;
+struct hvArray;
 
 /// Sums and maxima over the rows of one phase id.
 class PT_API PTAggregateDataPoint {
 public:
     PTAggregateDataPoint(std::int32_t groupingID, std::int32_t phaseID, bool hasChildren);
     virtual ~PTAggregateDataPoint();
+
+    /// A new 1-by-1 structure: pointType, grouping, phaseID (the phase's name), wcElapsedTime
+    /// and cpuElapsedTime (the self sums), the three delta sums in double, and Count.
+    virtual hvArray* toStruct() const;
 
     /// One execution: totals, maxima and count always; self sums and delta sums only for a
     /// row without children.

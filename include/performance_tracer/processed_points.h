@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 struct hvArray;
@@ -27,6 +28,9 @@ public:
     PTOrviaProcessedDataPoint& operator=(const PTOrviaProcessedDataPoint&) = delete;
     virtual ~PTOrviaProcessedDataPoint();
 
+    /// A new 1-by-31 cell row (33 and 35 for the wider classes) in the order of toStruct's
+    /// fields.
+    virtual hvArray* toRow() const;
     /// Appends ten doubles to a cell row at index: the five detailed figures (free, reserved,
     /// committed, DLLs, non-process), then their deltas in the same order.
     virtual void detailedMemToRow(hvArray* row, std::size_t& index) const;
@@ -35,6 +39,11 @@ public:
     /// Appends errorRow and gapRow (logical), the outline number (text), the row number, child
     /// count and depth (uint32), and the descendants' row numbers (a cell row of int32).
     virtual void stateToRow(hvArray* row, std::size_t& index) const;
+    /// A new 1-by-1 structure: pointType, the names (groupingStr, phaseIDStr, [modelStr,
+    /// targetStr, [machineStr, chartStr]], statisticsTypeStr), the four times, the sixteen
+    /// memory figures, then errorRow, gapRow, HTMLPhaseNumString, HTMLRowNumber,
+    /// numChildren, stackDepth and childrenIDs.
+    virtual hvArray* toStruct() const;
 
     /// The same phase: equal phase and grouping. The host-language form does not look at the
     /// other row's kind; the wider forms demand their own kind and their names too.
@@ -50,6 +59,10 @@ public:
     virtual std::int32_t targetID() const;
     virtual std::int32_t machineID() const;
     virtual std::int32_t chartID() const;
+    /// Writes the sixteen memory figures into the structure from field number index on, each
+    /// through the one scratch double scalar: the ten detailed figures and deltas, then usage,
+    /// peak, size and their three deltas. Missing records write zeros.
+    virtual void memToStruct(hvArray* structure, int index, hvArray* scratch) const;
 
     std::int32_t _pointType = 0;
     std::int32_t _groupingID = -1;
@@ -82,6 +95,13 @@ public:
 
 protected:
     PTOrviaProcessedDataPoint(const PTOrviaDataPoint& raw, std::int32_t pointType);
+
+    /// The names of the class in row order, after pointType: (kind, id) pairs.
+    virtual std::vector<std::pair<std::uint32_t, std::int32_t>> namesInOrder() const;
+    /// The field names of the structure, in order.
+    virtual std::vector<const char*> structFieldNames() const;
+    hvArray* buildStruct() const;
+    hvArray* buildRow() const;
 };
 
 class PT_API PTKestruneProcessedDataPoint : public PTOrviaProcessedDataPoint {
@@ -102,6 +122,9 @@ public:
 
 protected:
     PTKestruneProcessedDataPoint(const PTOrviaDataPoint& raw, std::int32_t pointType);
+
+    std::vector<std::pair<std::uint32_t, std::int32_t>> namesInOrder() const override;
+    std::vector<const char*> structFieldNames() const override;
 };
 
 class PT_API PTYlvaneProcessedDataPoint : public PTKestruneProcessedDataPoint {
@@ -118,6 +141,10 @@ public:
 
     std::int32_t _machineID = -1;
     std::int32_t _chartID = -1;
+
+protected:
+    std::vector<std::pair<std::uint32_t, std::int32_t>> namesInOrder() const override;
+    std::vector<const char*> structFieldNames() const override;
 };
 
 /// The handle by which rows are held.

@@ -44,12 +44,18 @@ PT_METHOD_CLASS(PerformanceTracer_enable);
 PT_METHOD_CLASS(PerformanceTracer_enableGlobalLogging);
 PT_METHOD_CLASS(PerformanceTracer_enableKsStartupLogging);
 PT_METHOD_CLASS(PerformanceTracer_enableDetailedMemStats);
+PT_METHOD_CLASS(PerformanceTracer_getProcessedData);
+PT_METHOD_CLASS(PerformanceTracer_getAggregateProcessedData);
+PT_METHOD_CLASS(PerformanceTracer_getRawData);
+PT_METHOD_CLASS(PerformanceTracer_loadTracerData);
 PT_METHOD_CLASS(PerformanceTracer_logOrviaData);
 PT_METHOD_CLASS(PerformanceTracer_logKestruneData);
 PT_METHOD_CLASS(PerformanceTracer_logKsStartupData);
 PT_METHOD_CLASS(PerformanceTracer_logYlvaneData);
 PT_METHOD_CLASS(PerformanceTracer_addGrouping);
 PT_METHOD_CLASS(PerformanceTracer_removeGrouping);
+PT_METHOD_CLASS(PerformanceTracer_saveKsStartupData);
+PT_METHOD_CLASS(PerformanceTracer_saveToFile);
 PT_METHOD_CLASS(PerformanceTracer_setStatisticsTypeForModel);
 
 #undef PT_METHOD_CLASS

@@ -1,0 +1,101 @@
+// saveToFile, saveKsStartupData and loadTracerData: raw data in and out of value files.
+
+#include <performance_tracer/constants.h>
+#include <performance_tracer/names.h>
+#include <performance_tracer/tracer.h>
+
+#include <pt_platform/hv.h>
+#include <pt_platform/hvf.h>
+
+#include "messages.h"
+#include "method_frame.h"
+#include "methods.h"
+#include "persistence.h"
+#include "system_info.h"
+
+namespace performance_tracer {
+
+namespace {
+
+std::string fileNameOf(const hvArray* value) {
+    if (!isStrictText(value)) {
+        raise<Errors::ParameterMismatchString>(std::string("Filename"));
+    }
+    return textOf(value);
+}
+
+/// Writes the three variables of a value file: the points, this machine's information and
+/// the host's root folder, which the points' phase names are stripped of.
+void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)()) {
+    struct Closer {
+        void operator()(hvFile* f) const { hvfClose(f); }
+    };
+    // Closed on every way out; a failed save leaves what was written behind.
+    const std::unique_ptr<hvFile, Closer> out(hvfOpen(file.c_str(), "w"));
+    if (!out) {
+        raise<Errors::OpenFileFailed>(file);
+    }
+    const std::string root = queryOrviaRoot();
+    setPathStripRoot(root);
+    const std::unique_ptr<PTRawDataVector> points = select();
+    const struct {
+        const char* name;
+        hvUniqueArray value;
+        const char* what;
+    } variables[] = {
+        {kRawDataVariable, hvUniqueArray(rawDataToCells(points ? *points : PTRawDataVector())),
+         "Raw Data"},
+        {kSystemInfoVariable, hvUniqueArray(systemInfoToStruct()), "System Information"},
+        {kRootVariable, hvUniqueArray(hvCreateString(root)), "Orvia Root"},
+    };
+    for (const auto& variable : variables) {
+        if (hvfPutVariable(out.get(), variable.name, variable.value.get()) != 0) {
+            raise<Errors::DataWriteFail>(std::string(variable.what), file);
+        }
+    }
+}
+
+std::unique_ptr<PTRawDataVector> allPoints() { return ptTracer()->snapshotRawData(); }
+
+std::unique_ptr<PTRawDataVector> startupPoints() {
+    return ptTracer()->rawDataForGrouping(std::string(pt::kKestruneStartupGrouping));
+}
+
+}  // namespace
+
+void PerformanceTracer_saveToFile::invoke(void*, std::uint32_t&, hvArray**, std::int32_t,
+                                          const hvArray** prhs) {
+    save(fileNameOf(prhs[0]), &allPoints);
+}
+
+void PerformanceTracer_saveKsStartupData::invoke(void*, std::uint32_t&, hvArray**,
+                                                 std::int32_t nrhs, const hvArray** prhs) {
+    if (nrhs > 1) {
+        raise<Errors::MaxParamsExceeded>(std::string("1"));
+    }
+    save(nrhs == 1 ? fileNameOf(prhs[0]) : std::string("KsStartupData.hvf"), &startupPoints);
+}
+
+void PerformanceTracer_loadTracerData::invoke(void*, std::uint32_t&, hvArray**, std::int32_t,
+                                              const hvArray** prhs) {
+    // The root is asked for and stored before the input is looked at.
+    setPathStripRoot(queryOrviaRoot());
+    const std::string file = fileNameOf(prhs[0]);
+    if (file.find(".hvf") == std::string::npos) {
+        raise<Errors::MissingHvfExt>();
+    }
+    auto points = std::make_unique<PTRawDataVector>();
+    SystemInfoRecord record;
+    std::string root;
+    if (!loadSavedData(file, *points, record, root)) {
+        raise<Errors::OpenFileFailed>(file);
+    }
+    ::PerformanceTracer& tracer = *ptTracer();
+    tracer._rawData = std::move(points);
+    if (!tracer._systemInfo) {
+        tracer._systemInfo = std::make_unique<SystemInfoRecord>();
+    }
+    *tracer._systemInfo = record;
+}
+
+}  // namespace performance_tracer

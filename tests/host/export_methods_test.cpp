@@ -1,0 +1,187 @@
+#include "method_test_support.h"
+
+namespace pt::testing {
+namespace {
+
+class ExportMethods : public MethodTest {
+protected:
+    /// Two phases of host-language code and one of each model class.
+    static void logRun() {
+        ptAddGrouping("A", {"A1"});
+        ptAddGrouping("B");
+        ptEnableGlobalLogging(true);
+        ptLogOrviaData("A", "a", true);
+        ptLogOrviaData("A", "a", false);
+        ptLogKestruneData("A1", "m1", "t", "k", true);
+        ptLogKestruneData("A1", "m1", "t", "k", false);
+        ptLogYlvaneData("B", "m2", "t", "mc", "c", "y", true);
+        ptLogYlvaneData("B", "m2", "t", "mc", "c", "y", false);
+        ptEnableGlobalLogging(false);
+    }
+
+    static std::vector<std::string> fieldsOf(const hvArray* structure) {
+        std::vector<std::string> names;
+        for (int f = 0; f < hvGetNumberOfFields(structure); ++f) {
+            names.push_back(hvGetFieldNameByNumber(structure, f));
+        }
+        return names;
+    }
+
+    /// The phase names of a result's structures, read from a field.
+    static std::vector<std::string> column(const Values& result, const char* field) {
+        std::vector<std::string> out;
+        const hvArray* cells = result.at(0).get();
+        for (std::size_t i = 0; i < hvGetNumberOfElements(cells); ++i) {
+            out.push_back(hvArrayToStdString(hvGetField(hvGetCell(cells, i), 0, field)));
+        }
+        return out;
+    }
+};
+
+TEST_F(ExportMethods, RawDataRowsAsSaved) {
+    logRun();
+    const Values result = call("PerfTools.Tracer.getRawData", {}, 1);
+    const hvArray* cells = result.at(0).get();
+    ASSERT_TRUE(hvIsCell(cells));
+    ASSERT_EQ(hvGetN(cells), 6u);
+    EXPECT_EQ(hvGetN(hvGetCell(cells, 0)), 16u);
+    EXPECT_EQ(hvGetN(hvGetCell(cells, 2)), 18u);
+    EXPECT_EQ(hvGetN(hvGetCell(cells, 4)), 20u);
+    EXPECT_EQ(hvArrayToStdString(hvGetCell(hvGetCell(cells, 4), 7)), "c");
+
+    ptClearRawData();
+    const Values none = call("PerfTools.Tracer.getRawData", {}, 1);
+    EXPECT_TRUE(hvIsCell(none.at(0).get()));
+    EXPECT_EQ(hvGetN(none.at(0).get()), 0u);
+}
+
+TEST_F(ExportMethods, ProcessedStructuresByClass) {
+    logRun();
+    const Values result = call("PerfTools.Tracer.getProcessedData", {}, 1);
+    const hvArray* cells = result.at(0).get();
+    ASSERT_EQ(hvGetN(cells), 3u);
+    const std::vector<std::string> tail = {"wcStartTime",
+                                           "wcElapsedTime",
+                                           "cpuStartTime",
+                                           "cpuElapsedTime",
+                                           "freeMem",
+                                           "resMem",
+                                           "commitMem",
+                                           "dllsMem",
+                                           "nonprocessMem",
+                                           "freeMemDelta",
+                                           "resMemDelta",
+                                           "commitMemDelta",
+                                           "dllsMemDelta",
+                                           "nonprocessMemDelta",
+                                           "procMemUsage",
+                                           "procMemUsagePeak",
+                                           "procVMSize",
+                                           "procMemUsageDelta",
+                                           "procMemUsagePeakDelta",
+                                           "procVMSizeDelta",
+                                           "errorRow",
+                                           "gapRow",
+                                           "HTMLPhaseNumString",
+                                           "HTMLRowNumber",
+                                           "numChildren",
+                                           "stackDepth",
+                                           "childrenIDs"};
+    const auto expected = [&tail](std::vector<std::string> head) {
+        head.insert(head.end(), tail.begin(), tail.end());
+        return head;
+    };
+    EXPECT_EQ(fieldsOf(hvGetCell(cells, 0)),
+              expected({"pointType", "groupingStr", "phaseIDStr", "statisticsTypeStr"}));
+    EXPECT_EQ(fieldsOf(hvGetCell(cells, 1)),
+              expected({"pointType", "groupingStr", "phaseIDStr", "modelStr", "targetStr",
+                        "statisticsTypeStr"}));
+    EXPECT_EQ(fieldsOf(hvGetCell(cells, 2)),
+              expected({"pointType", "groupingStr", "phaseIDStr", "modelStr", "targetStr",
+                        "machineStr", "chartStr", "statisticsTypeStr"}));
+
+    const hvArray* chart = hvGetCell(cells, 2);
+    const auto classOf = [chart](const char* field) {
+        return hvGetClassID(hvGetField(chart, 0, field));
+    };
+    EXPECT_EQ(classOf("pointType"), hvClassID::UInt32);
+    EXPECT_EQ(hvGetScalar(hvGetField(chart, 0, "pointType")), 2.0);
+    EXPECT_EQ(classOf("chartStr"), hvClassID::Char);
+    EXPECT_EQ(hvArrayToStdString(hvGetField(chart, 0, "machineStr")), "mc");
+    EXPECT_EQ(classOf("wcElapsedTime"), hvClassID::Double);
+    EXPECT_EQ(classOf("procVMSizeDelta"), hvClassID::Double);
+    EXPECT_EQ(classOf("errorRow"), hvClassID::Logical);
+    EXPECT_EQ(classOf("HTMLPhaseNumString"), hvClassID::Char);
+    EXPECT_EQ(hvArrayToStdString(hvGetField(chart, 0, "HTMLPhaseNumString")), "3");
+    EXPECT_EQ(classOf("stackDepth"), hvClassID::UInt32);
+    EXPECT_EQ(classOf("childrenIDs"), hvClassID::Cell);
+    EXPECT_EQ(hvGetN(hvGetField(chart, 0, "childrenIDs")), 0u);
+}
+
+TEST_F(ExportMethods, PairsRecomputeAndTheLastWins) {
+    logRun();
+    const std::string get = "PerfTools.Tracer.getProcessedData";
+    EXPECT_EQ(column(call(get, valuesOf(text("grouping"), text("A")), 1), "phaseIDStr"),
+              (std::vector<std::string>{"a", "k"}));  // A and all below it
+    EXPECT_EQ(
+        column(call(get, valuesOf(text("GROUPING"), text("A"), text("grouping"), text("B")), 1),
+               "phaseIDStr"),
+        (std::vector<std::string>{"y"}));
+    // "GLOBAL" as a pair goes through the grouping list, where it is no grouping.
+    EXPECT_TRUE(
+        column(call(get, valuesOf(text("grouping"), text("GLOBAL")), 1), "phaseIDStr").empty());
+    EXPECT_EQ(column(call(get, valuesOf(text("grouping"), texts({"B", "A1"})), 1), "phaseIDStr"),
+              (std::vector<std::string>{"k", "y"}));
+    // Model texts add up; a cell replaces them.
+    EXPECT_EQ(column(call(get, valuesOf(text("model"), text("m1"), text("model"), text("m2")), 1),
+                     "modelStr"),
+              (std::vector<std::string>{"m1", "m2"}));
+    EXPECT_EQ(
+        column(call(get, valuesOf(text("model"), text("m1"), text("model"), texts({"m2"})), 1),
+               "modelStr"),
+        (std::vector<std::string>{"m2"}));
+    EXPECT_EQ(
+        column(call(get, valuesOf(text("model"), texts({"m2"}), text("model"), text("m1")), 1),
+               "modelStr"),
+        (std::vector<std::string>{"m1", "m2"}));
+
+    const std::string aggregate = "PerfTools.Tracer.getAggregateProcessedData";
+    const Values sums = call(aggregate, valuesOf(text("model"), text("m1")), 1);
+    ASSERT_EQ(hvGetN(sums.at(0).get()), 1u);
+    const hvArray* entry = hvGetCell(sums.at(0).get(), 0);
+    EXPECT_EQ(fieldsOf(entry),
+              (std::vector<std::string>{"pointType", "grouping", "phaseID", "wcElapsedTime",
+                                        "cpuElapsedTime", "procMemUsageDelta",
+                                        "procMemUsagePeakDelta", "procVMSizeDelta", "Count"}));
+    EXPECT_EQ(hvArrayToStdString(hvGetField(entry, 0, "phaseID")), "k");
+    EXPECT_EQ(hvArrayToStdString(hvGetField(entry, 0, "grouping")), "A1");
+    EXPECT_EQ(hvGetClassID(hvGetField(entry, 0, "Count")), hvClassID::UInt32);
+    EXPECT_EQ(hvGetScalar(hvGetField(entry, 0, "Count")), 1.0);
+    EXPECT_EQ(hvGetN(call(aggregate, {}, 1).at(0).get()), 3u);
+}
+
+TEST_F(ExportMethods, ErrorsOfTheSelections) {
+    logRun();
+    for (const char* method : {"getProcessedData", "getAggregateProcessedData"}) {
+        const std::string name = kTracer + std::string(method);
+        expectRefused(name, valuesOf(text("grouping")),
+                      tracerError("ExpectedEvenNumberOfParameters"));
+        expectRefused(name, valuesOf(number(1), text("A")),
+                      tracerError("ExpectedNames", {"'grouping' or 'model'"}));
+        expectRefused(name, valuesOf(text("Model"), number(2)),
+                      tracerError("ParameterMismatchString", {"model"}));
+        expectRefused(name, valuesOf(text("grouping"), int32(2)),
+                      tracerError("ParameterMismatchString", {"grouping"}));
+        expectRefused(name, valuesOf(text("grouping"), cellOf(valuesOf(number(1)))),
+                      tracerError("AddGroupingExpectedString"));
+        expectRefused(name, valuesOf(text("phase"), text("x")), tracerError("InvalidNames"));
+        // An error in a later pair loses the result of an earlier one.
+        expectRefused(name, valuesOf(text("grouping"), text("A"), text("model"), number(1)),
+                      tracerError("ParameterMismatchString", {"model"}));
+    }
+    EXPECT_EQ(errorOf("PerfTools.Tracer.getRawData", valuesOf(number(1))).substr(0, 17),
+              "vos:TooManyInputs");
+}
+
+}  // namespace
+}  // namespace pt::testing

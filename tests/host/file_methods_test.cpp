@@ -1,0 +1,230 @@
+#include <pt_platform/hvf.h>
+#include <pt_platform/hvx.h>
+
+#include <boost/make_shared.hpp>
+
+#include <filesystem>
+
+#include <unistd.h>
+
+#include "host/persistence.h"
+#include "method_test_support.h"
+
+namespace pt::testing {
+namespace {
+
+class FileMethods : public MethodTest {
+protected:
+    void SetUp() override {
+        MethodTest::SetUp();
+        _folder = std::filesystem::temp_directory_path() /
+                  ("pt_files_" + std::to_string(getpid()) + ".hvf.d");  // ".hvf" in a folder
+        std::filesystem::create_directories(_folder);
+        hvxSetHostFunction("orviaroot", [](int, hvArray** plhs, int, hvArray**) {
+            plhs[0] = hvCreateString("/opt/orvia");
+            return 0;
+        });
+    }
+    void TearDown() override {
+        hvxRestoreHostFunctions();
+        std::filesystem::current_path(std::filesystem::temp_directory_path());
+        std::filesystem::remove_all(_folder);
+    }
+
+    std::string path(const std::string& name) const { return (_folder / name).string(); }
+
+    /// A run of all three classes, with memory figures, under two groupings.
+    static void logRun() {
+        ptAddGrouping("Run");
+        ptAddGrouping("Kestrune Startup");
+        ptEnableGlobalLogging(true);
+        ptLogOrviaData("Run", "/opt/orvia/toolbox/setup.m", true);
+        ptLogKestruneData("Run", "engine", "sim", "compile", true);
+        ptLogYlvaneData("Run", "engine", "sim", "machine", "chart", "step", true);
+        ptLogYlvaneData("Run", "engine", "sim", "machine", "chart", "step", false);
+        ptLogKestruneData("Run", "engine", "sim", "compile", false);
+        ptLogOrviaData("Run", "/opt/orvia/toolbox/setup.m", false);
+        ptLogKsStartupData("boot", true);
+        ptLogKsStartupData("boot", false);
+        ptEnableGlobalLogging(false);
+        auto& raw = *ptTracer()->_rawData;
+        raw[1]->_basicMem = boost::make_shared<pt::BasicMemStats>(1e6, 2e6, 3e6);
+        raw[2]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(5, 4, 3, 2, 1);
+        raw[0]->_isGenerated = true;  // not saved
+    }
+
+    /// Each point as text, by name, so that runs with other tables compare equal.
+    static std::vector<std::string> describeStore() {
+        std::vector<std::string> out;
+        for (const auto& p : *ptTracer()->_rawData) {
+            std::string text =
+                std::to_string(p->_pointType) + "|" + ptNameStr(PT_TABLE_GROUPING, p->_groupingID) +
+                "|" + ptGetPhaseStr(p->_phaseID) + "|" + std::to_string(p->_isPhaseStart) + "|" +
+                std::to_string(p->_wcTime) + "|" + std::to_string(p->_cpuTime) + "|" +
+                std::to_string(p->_basicMem ? p->_basicMem->procMemUsagePeak : -1) + "|" +
+                std::to_string(p->_detailedMem ? p->_detailedMem->freeMem : 0) + "|" +
+                std::to_string(p->_isGenerated);
+            if (const auto* k = dynamic_cast<const PTKestruneDataPoint*>(p.get())) {
+                text += "|" + ptGetModelStr(k->_modelID) + "|" + ptGetTargetStr(k->_targetID) +
+                        "|" + ptGetStatisticsTypeStr(k->_statisticsTypeID);
+            }
+            if (const auto* y = dynamic_cast<const PTYlvaneDataPoint*>(p.get())) {
+                text += "|" + ptGetMachineStr(y->_machineID) + "|" + ptGetChartStr(y->_chartID);
+            }
+            out.push_back(text);
+        }
+        return out;
+    }
+
+    std::filesystem::path _folder;
+};
+
+TEST_F(FileMethods, ARunSurvivesASaveAndALoad) {
+    logRun();
+    const std::string file = path("run.hvf");
+    call("PerfTools.Tracer.saveToFile", valuesOf(text(file)));
+    const std::vector<std::string> saved = describeStore();
+
+    // Another run, whose tables give other ids to the same names.
+    ptClearRawData();
+    ptNameID(PT_TABLE_PHASE, "something else first");
+    ptNameID(PT_TABLE_MODEL, "another model");
+    ptEnableGlobalLogging(true);
+    ptLogOrviaData("Run", "replaced", true);
+    ptEnableGlobalLogging(false);
+    call("PerfTools.Tracer.loadTracerData", valuesOf(text(file)));
+
+    std::vector<std::string> loaded = describeStore();
+    ASSERT_EQ(loaded.size(), saved.size());
+    // The root goes from phase names, and _isGenerated is not kept.
+    EXPECT_NE(saved[0].find("|/opt/orvia/toolbox/setup.m|"), std::string::npos);
+    EXPECT_EQ(saved[0].back(), '1');
+    for (std::size_t i = 0; i < saved.size(); ++i) {
+        std::string expected = saved[i];
+        if (const auto root = expected.find("|/opt/orvia/"); root != std::string::npos) {
+            expected.erase(root + 1, std::string("/opt/orvia/").size());
+        }
+        if (i == 0) {
+            expected.back() = '0';
+        }
+        EXPECT_EQ(loaded[i], expected);
+    }
+    EXPECT_EQ(ptTracer()->_systemInfo->totalPhysMemStr, "N/A");
+    EXPECT_EQ(ptTracer()->_rawData->at(2)->_pointType, 2);
+    // Zero detailed figures give a host-language point no record, the wider classes a zero one.
+    EXPECT_FALSE(ptTracer()->_rawData->at(0)->_detailedMem);
+    EXPECT_TRUE(ptTracer()->_rawData->at(1)->_detailedMem);
+
+    // A save of only the startup grouping, to the default name in the working folder.
+    std::filesystem::current_path(_folder);
+    call("PerfTools.Tracer.saveKsStartupData", {});
+    ptClearRawData();
+    call("PerfTools.Tracer.loadTracerData", valuesOf(text("KsStartupData.hvf")));
+    EXPECT_EQ(describeStore().size(), 2u);
+    EXPECT_EQ(ptGetPhaseStr(ptTracer()->_rawData->front()->_phaseID), "boot");
+
+    // Nothing of the startup grouping: an empty cell row.
+    ptClearRawData();
+    call("PerfTools.Tracer.saveKsStartupData", valuesOf(text(path("none.hvf"))));
+    hvFile* none = hvfOpen(path("none.hvf").c_str(), "r");
+    const hvUniqueArray cells(hvfGetVariable(none, "PerformanceTracingRawDataVector"));
+    hvfClose(none);
+    EXPECT_TRUE(hvIsCell(cells.get()));
+    EXPECT_EQ(hvGetM(cells.get()), 1u);
+    EXPECT_EQ(hvGetN(cells.get()), 0u);
+}
+
+TEST_F(FileMethods, ErrorsOfTheThreeMethods) {
+    logRun();
+    const std::string save = "PerfTools.Tracer.saveToFile";
+    const std::string startup = "PerfTools.Tracer.saveKsStartupData";
+    const std::string load = "PerfTools.Tracer.loadTracerData";
+    for (auto& wrong : wrongValues()) {
+        expectRefused(save, valuesOf(std::move(wrong)),
+                      tracerError("ParameterMismatchString", {"Filename"}));
+    }
+    call(save, valuesOf(column(path("column.hvf"))));  // a column is text too
+    EXPECT_TRUE(std::filesystem::exists(path("column.hvf")));
+    const std::string nowhere = path("missing/folder/x.hvf");
+    expectRefused(save, valuesOf(text(nowhere)), tracerError("OpenFileFailed", {nowhere}));
+    expectRefused(startup, valuesOf(text(nowhere)), tracerError("OpenFileFailed", {nowhere}));
+    expectRefused(startup, valuesOf(text("a"), text("b")), tracerError("MaxParamsExceeded", {"1"}));
+    expectRefused(startup, valuesOf(number(1)),
+                  tracerError("ParameterMismatchString", {"Filename"}));
+
+    for (auto& wrong : wrongValues()) {
+        expectRefused(load, valuesOf(std::move(wrong)),
+                      tracerError("ParameterMismatchString", {"Filename"}));
+    }
+    expectRefused(load, valuesOf(text("/tmp/run.dat")), tracerError("MissingHvfExt"));
+    expectRefused(load, valuesOf(text(path("absent.hvf"))),
+                  tracerError("OpenFileFailed", {path("absent.hvf")}));
+    std::filesystem::copy_file("/proc/self/exe", path("foreign.hvf"));
+    expectRefused(load, valuesOf(text(path("foreign.hvf"))),
+                  tracerError("OpenFileFailed", {path("foreign.hvf")}));
+
+    // The root is stored before the input is looked at; a failed load keeps nothing else.
+    setPathStripRoot("");
+    EXPECT_EQ(errorOf(load, valuesOf(number(1))),
+              tracerError("ParameterMismatchString", {"Filename"}));
+    EXPECT_EQ(ptDisplayPhaseName("/opt/orvia/x", false), "x");
+}
+
+TEST_F(FileMethods, AFileWithoutTheVariablesEmptiesTheStore) {
+    logRun();
+    hvFile* other = hvfOpen(path("other.hvf").c_str(), "w");
+    const hvUniqueArray value(hvCreateDoubleScalar(1));
+    hvfPutVariable(other, "unrelated", value.get());
+    hvfClose(other);
+    call("PerfTools.Tracer.loadTracerData", valuesOf(text(path("other.hvf"))));
+    EXPECT_TRUE(ptTracer()->_rawData->empty());
+}
+
+TEST_F(FileMethods, RowsAreReadByTheirElementCount) {
+    // A 17-element row is the older form of a block-diagram point, and a host-language point
+    // reads it: what lies past its own cells is lost.
+    hvUniqueArray old(hvCreateCellMatrix(1, 17));
+    hvSetCell(old.get(), 0, hvCreateDoubleScalar(1));  // no version text: the older form
+    hvSetCell(old.get(), 1, hvCreateString("old phase"));
+    hvSetCell(old.get(), 2, hvCreateString("Run"));
+    hvSetCell(old.get(), 3, hvCreateString("model"));
+    hvUniqueArray cells(hvCreateCellMatrix(1, 4));
+    hvSetCell(cells.get(), 0, old.release());
+    PTYlvaneDataPoint chart;
+    chart._phaseID = static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, "chart phase"));
+    hvSetCell(cells.get(), 1, chart.toRow());
+    // An empty element hides itself and all after it.
+    hvSetCell(cells.get(), 3, PTKestruneDataPoint().toRow());
+
+    PTRawDataVector points;
+    performance_tracer::readRawDataCells(cells.get(), points);
+    ASSERT_EQ(points.size(), 2u);
+    const PTOrviaDataPoint& first = *points[0];
+    const PTOrviaDataPoint& second = *points[1];
+    EXPECT_EQ(typeid(first), typeid(PTOrviaDataPoint));
+    EXPECT_EQ(ptGetPhaseStr(points[0]->_phaseID), "old phase");
+    EXPECT_EQ(ptGetStatisticsTypeStr(points[0]->_statisticsTypeID), "model");
+    EXPECT_EQ(typeid(second), typeid(PTYlvaneDataPoint));
+
+    performance_tracer::readRawDataCells(nullptr, points);
+    EXPECT_EQ(points.size(), 2u);
+    const hvUniqueArray notCells(hvCreateDoubleMatrix(1, 5));
+    performance_tracer::readRawDataCells(notCells.get(), points);
+    EXPECT_EQ(points.size(), 2u);
+
+    SystemInfoRecord record;
+    record.processorStr = "kept";
+    performance_tracer::readSystemInfoStruct(notCells.get(), record);
+    EXPECT_EQ(record.processorStr, "kept");
+    const char* names[] = {"a", "b"};
+    const hvUniqueArray partial(hvCreateStructMatrix(1, 1, 2, names));
+    hvSetFieldByNumber(partial.get(), 0, 0, hvCreateString("by position"));
+    hvSetFieldByNumber(partial.get(), 0, 1, hvCreateDoubleScalar(3));
+    performance_tracer::readSystemInfoStruct(partial.get(), record);
+    EXPECT_EQ(record.processorStr, "by position");
+    EXPECT_EQ(record.cpuSpeedStr, "");           // no text
+    EXPECT_EQ(record.installedProductsStr, "");  // no such field
+}
+
+}  // namespace
+}  // namespace pt::testing
