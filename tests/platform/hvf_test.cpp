@@ -216,6 +216,12 @@ TEST_F(ValueFiles, HostileContentBehindASoundContainer) {
                  p.pack_array(2), p.pack(std::string("a")), p.pack(std::string("a")),
                  p.pack_array(2), p.pack_nil(), p.pack_nil();
          })},
+        {"field names that are one name up to a NUL", pack([&](auto& p) {
+             variable(p, "v");
+             p.pack_array(3), p.pack(2), p.pack_array(2), p.pack(1), p.pack(1), p.pack_array(2),
+                 p.pack_array(2), p.pack(std::string("a")), p.pack(std::string("a\0b", 3)),
+                 p.pack_array(2), p.pack_nil(), p.pack_nil();
+         })},
         {"text shorter than its characters", pack([&](auto& p) {
              variable(p, "v");
              p.pack_array(3), p.pack(4), p.pack_array(2), p.pack(1), p.pack(5),

@@ -234,7 +234,9 @@ bool ValueReader::readValue(hvUniqueArray& value, int depth) {
     std::set<std::string_view> seen;
     for (std::uint32_t f = 0; f < nfields; ++f) {
         std::string_view name;
-        if (!readText(name) || !seen.insert(name).second) {
+        // Field names are C strings at the interface: a NUL inside would end one early.
+        if (!readText(name) || name.find('\0') != std::string_view::npos ||
+            !seen.insert(name).second) {
             return false;
         }
         names.emplace_back(name);
