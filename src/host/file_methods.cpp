@@ -38,13 +38,15 @@ void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)())
     const std::string root = queryOrviaRoot();
     setPathStripRoot(root);
     const std::unique_ptr<PTRawDataVector> points = select();
+    // The rows go to the file as they are made, never all held at once.
+    if (putRawDataCells(out.get(), kRawDataVariable, points ? *points : PTRawDataVector()) != 0) {
+        raise<Errors::DataWriteFail>(std::string("Raw Data"), file);
+    }
     const struct {
         const char* name;
         hvUniqueArray value;
         const char* what;
     } variables[] = {
-        {kRawDataVariable, hvUniqueArray(rawDataToCells(points ? *points : PTRawDataVector())),
-         "Raw Data"},
         {kSystemInfoVariable, hvUniqueArray(systemInfoToStruct()), "System Information"},
         {kRootVariable, hvUniqueArray(hvCreateString(root)), "Orvia Root"},
     };
@@ -55,7 +57,11 @@ void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)())
     }
 }
 
-std::unique_ptr<PTRawDataVector> allPoints() { return ptTracer()->snapshotRawData(); }
+/// The points themselves, shared: a save only reads them, so it needs no copies of its own.
+std::unique_ptr<PTRawDataVector> allPoints() {
+    const auto& points = ptTracer()->_rawData;
+    return points ? std::make_unique<PTRawDataVector>(*points) : nullptr;
+}
 
 std::unique_ptr<PTRawDataVector> startupPoints() {
     return ptTracer()->rawDataForGrouping(std::string(pt::kKestruneStartupGrouping));

@@ -31,10 +31,12 @@ bool loadSavedData(const std::string& file, PTRawDataVector& points, SystemInfoR
     if (!values) {
         raise<Errors::OpenFileFailed>(file);
     }
-    const hvUniqueArray rawData(hvfGetVariable(values.get(), kRawDataVariable));
+    // The rows are made and read one at a time, with what readRawDataCells of the whole
+    // variable would give: the first empty row hides the rest.
+    hvfForEachCell(values.get(), kRawDataVariable,
+                   [&points](const hvArray* row) { return appendPointOfRow(row, points); });
     const hvUniqueArray systemInfo(hvfGetVariable(values.get(), kSystemInfoVariable));
     const hvUniqueArray root(hvfGetVariable(values.get(), kRootVariable));  // read and dropped
-    readRawDataCells(rawData.get(), points);
     readSystemInfoStruct(systemInfo.get(), record);
     if (hvfClose(values.release()) != 0) {
         raise<Errors::WriteFileFailed>(file);

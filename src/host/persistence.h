@@ -9,6 +9,7 @@
 #include <string>
 
 struct hvArray;
+struct hvFile;
 
 namespace performance_tracer {
 
@@ -19,6 +20,11 @@ inline constexpr const char* kRootVariable = "OrviaRoot";
 /// A new 1-by-n cell row of the points' rows. The stored root must be set first: the rows'
 /// phase names are stripped of it.
 hvArray* rawDataToCells(const PTRawDataVector& points);
+/// Writes the variable that rawDataToCells makes, byte for byte, making one row at a time;
+/// the hvfPutVariable answer.
+int putRawDataCells(hvFile* file, const char* name, const PTRawDataVector& points);
+/// Appends the point of a row, of the class its element count gives; false for an empty row.
+bool appendPointOfRow(const hvArray* row, PTRawDataVector& points);
 /// Appends the points of a cell row (null adds nothing). A row of 18 elements is read as a
 /// block-diagram point, one of 20 as a state-chart point, any other as a host-language point.
 /// An empty element hides itself and everything after it.

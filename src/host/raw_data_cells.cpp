@@ -4,6 +4,7 @@
 #include "persistence.h"
 
 #include <pt_platform/hv.h>
+#include <pt_platform/hvf.h>
 
 #include <boost/make_shared.hpp>
 
@@ -20,6 +21,23 @@ hvArray* rawDataToCells(const PTRawDataVector& points) {
     return cells.release();
 }
 
+int putRawDataCells(hvFile* file, const char* name, const PTRawDataVector& points) {
+    return hvfPutCellRow(file, name, points.size(),
+                         [&points](std::size_t i) { return points[i]->toRow(); });
+}
+
+bool appendPointOfRow(const hvArray* row, PTRawDataVector& points) {
+    if (!row) {
+        return false;
+    }
+    switch (hvGetNumberOfElements(row)) {
+        case 18: points.push_back(boost::make_shared<PTKestruneDataPoint>(row)); break;
+        case 20: points.push_back(boost::make_shared<PTYlvaneDataPoint>(row)); break;
+        default: points.push_back(boost::make_shared<PTOrviaDataPoint>(row)); break;
+    }
+    return true;
+}
+
 void readRawDataCells(const hvArray* cells, PTRawDataVector& points) {
     if (!cells) {
         return;
@@ -27,16 +45,10 @@ void readRawDataCells(const hvArray* cells, PTRawDataVector& points) {
     const std::size_t count = hvGetNumberOfElements(cells);
     std::size_t subscript = 0;
     for (std::size_t pass = 0; pass < count; ++pass) {
-        const hvArray* row = hvGetCell(cells, subscript);
-        if (!row) {
-            continue;  // the subscript stays, so every later pass meets the same empty element
+        // An empty element leaves the subscript where it is, so every later pass meets it too.
+        if (appendPointOfRow(hvGetCell(cells, subscript), points)) {
+            ++subscript;
         }
-        switch (hvGetNumberOfElements(row)) {
-            case 18: points.push_back(boost::make_shared<PTKestruneDataPoint>(row)); break;
-            case 20: points.push_back(boost::make_shared<PTYlvaneDataPoint>(row)); break;
-            default: points.push_back(boost::make_shared<PTOrviaDataPoint>(row)); break;
-        }
-        ++subscript;
     }
 }
 

@@ -14,7 +14,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include <sys/mman.h>
@@ -41,8 +43,8 @@ public:
     MemoryFile& operator=(const MemoryFile&) = delete;
 
     const std::string& fill(const std::vector<unsigned char>& bytes) {
-        if (ftruncate(_fd, 0) != 0 || pwrite(_fd, bytes.data(), bytes.size(), 0) !=
-                                          static_cast<ssize_t>(bytes.size())) {
+        if (ftruncate(_fd, 0) != 0 ||
+            pwrite(_fd, bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
             std::abort();
         }
         return _path;
@@ -76,6 +78,36 @@ std::vector<unsigned char> wrap(const std::uint8_t* content, std::size_t size) {
     return file;
 }
 
+bool samePoints(const PTRawDataVector& a, const PTRawDataVector& b) {
+    const auto same = [](const PTOrviaDataPoint& x, const PTOrviaDataPoint& y) {
+        const auto* kx = dynamic_cast<const PTKestruneDataPoint*>(&x);
+        const auto* ky = dynamic_cast<const PTKestruneDataPoint*>(&y);
+        const auto* yx = dynamic_cast<const PTYlvaneDataPoint*>(&x);
+        const auto* yy = dynamic_cast<const PTYlvaneDataPoint*>(&y);
+        const auto bits = [](double d) {
+            std::uint64_t u;
+            std::memcpy(&u, &d, sizeof u);
+            return u;
+        };
+        return typeid(x) == typeid(y) && x._pointType == y._pointType && x._phaseID == y._phaseID &&
+               x._groupingID == y._groupingID && x._statisticsTypeID == y._statisticsTypeID &&
+               x._isPhaseStart == y._isPhaseStart && bits(x._wcTime) == bits(y._wcTime) &&
+               bits(x._cpuTime) == bits(y._cpuTime) && !x._detailedMem == !y._detailedMem &&
+               !x._basicMem == !y._basicMem &&
+               (!kx || (kx->_modelID == ky->_modelID && kx->_targetID == ky->_targetID)) &&
+               (!yx || (yx->_machineID == yy->_machineID && yx->_chartID == yy->_chartID));
+    };
+    if (a.size() != b.size()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (!same(*a[i], *b[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -87,17 +119,28 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         data[0] == 1 ? wrap(data + 1, size - 1) : std::vector<unsigned char>(data + 1, data + size);
     const std::string& path = memory.fill(bytes);
 
-    // A second get of a variable decodes it again from the kept bytes.
+    // Every variable that an opened file holds can be made, and made again.
+    PTRawDataVector whole;
     if (hvFile* file = hvfOpen(path.c_str(), "r")) {
-        for (const char* name : {performance_tracer::kRawDataVariable,
-                                 performance_tracer::kSystemInfoVariable,
-                                 performance_tracer::kRootVariable, "absent"}) {
-            hvDestroyArray(hvfGetVariable(file, name));
-            hvDestroyArray(hvfGetVariable(file, name));
+        for (const char* name :
+             {performance_tracer::kRawDataVariable, performance_tracer::kSystemInfoVariable,
+              performance_tracer::kRootVariable, "absent"}) {
+            hvUniqueArray value(hvfGetVariable(file, name));
+            const bool present = hvfForEachCell(file, name, [](const hvArray*) { return true; });
+            if (!value != !present) {
+                std::abort();
+            }
+            if (value && !hvIsEqual(value.get(), hvUniqueArray(hvfGetVariable(file, name)).get())) {
+                std::abort();
+            }
+            if (name == performance_tracer::kRawDataVariable) {
+                performance_tracer::readRawDataCells(value.get(), whole);
+            }
         }
         hvfClose(file);
     }
 
+    // A load reads the rows one at a time, and must read what the whole variable holds.
     PTRawDataVector points;
     SystemInfoRecord record;
     std::string root;
@@ -106,6 +149,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     } catch (const std::exception&) {
         return 0;  // a file that does not open is refused with a catalogue error
     }
+    if (!samePoints(points, whole)) {
+        std::abort();
+    }
+
     // What was loaded goes where a report would take it.
     PTProcessedData processed = ptGetProcessedDataForGroupings(&points, {"GLOBAL"});
     ptGetAggregateProcessedData(processed._rows);

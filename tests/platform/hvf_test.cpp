@@ -122,6 +122,31 @@ TEST_F(ValueFiles, EveryClassComesBackAsItWas) {
     hvfClose(none);
 }
 
+TEST_F(ValueFiles, ValuesLargerThanTheCompressorsBlocks) {
+    // Random doubles hardly compress; a long cell of small values packs in many short writes.
+    std::mt19937_64 rng(7);
+    const hvUniqueArray numbers(hvCreateDoubleMatrix(300000, 1));
+    for (std::size_t i = 0; i < 300000; ++i) {
+        hvGetDoubles(numbers.get())[i] = std::uniform_real_distribution<double>()(rng);
+    }
+    const hvUniqueArray cells(hvCreateCellMatrix(1, 100000));
+    for (std::size_t i = 0; i < 100000; ++i) {
+        hvSetCell(cells.get(), i, hvCreateString("phase " + std::to_string(i)));
+    }
+    const std::string file = path("large.hvf");
+    hvFile* out = hvfOpen(file.c_str(), "w");
+    ASSERT_NE(out, nullptr);
+    EXPECT_EQ(hvfPutVariable(out, "numbers", numbers.get()), 0);
+    EXPECT_EQ(hvfPutVariable(out, "cells", cells.get()), 0);
+    EXPECT_EQ(hvfClose(out), 0);
+
+    hvFile* in = hvfOpen(file.c_str(), "r");
+    ASSERT_NE(in, nullptr);
+    EXPECT_TRUE(hvIsEqual(hvUniqueArray(hvfGetVariable(in, "numbers")).get(), numbers.get()));
+    EXPECT_TRUE(hvIsEqual(hvUniqueArray(hvfGetVariable(in, "cells")).get(), cells.get()));
+    hvfClose(in);
+}
+
 TEST_F(ValueFiles, DamagedAndForeignFilesAreRefusedWhole) {
     const std::string file = path("good.hvf");
     {

@@ -1,60 +1,32 @@
 #include "hv_array.h"
 
+#include "value_arena.h"
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
 #include <stdexcept>
 
 namespace {
 
-template <typename Dims>
-std::size_t checkedProduct(const Dims& dims) {
-    std::size_t count = 1;
-    for (std::size_t d : dims) {
-        if (d != 0 && count > std::numeric_limits<std::size_t>::max() / d) {
-            throw std::bad_alloc();
-        }
-        count *= d;
+/// The dimensions as kept: at least two, trailing ones past the second dropped.
+std::size_t normalisedRank(std::size_t ndim, const std::size_t* dims) {
+    while (ndim > 2 && dims[ndim - 1] == 1) {
+        --ndim;
     }
-    return count;
+    if (ndim > std::numeric_limits<std::uint8_t>::max()) {
+        throw std::length_error("hvArray: too many dimensions");
+    }
+    return std::max<std::size_t>(ndim, 2);
 }
 
-using Dims = boost::container::small_vector<std::size_t, 2>;
-
-Dims normalisedDims(std::size_t ndim, const std::size_t* dims) {
-    Dims out(dims, dims + ndim);
-    while (out.size() < 2) {
-        out.push_back(1);
+std::size_t checkedMultiply(std::size_t a, std::size_t b) {
+    if (b != 0 && a > std::numeric_limits<std::size_t>::max() / b) {
+        throw std::bad_alloc();
     }
-    while (out.size() > 2 && out.back() == 1) {
-        out.pop_back();
-    }
-    return out;
-}
-
-hvArray* makeArray(hvClassID classID, std::size_t ndim, const std::size_t* dims,
-                   std::size_t fieldCount = 0) {
-    auto value = std::make_unique<hvArray>();
-    value->classID = classID;
-    value->dims = normalisedDims(ndim, dims);
-    const std::size_t count = checkedProduct(value->dims);
-    if (std::size_t size = hvElementSize(classID); size != 0) {
-        if (count > std::numeric_limits<std::size_t>::max() / size) {
-            throw std::bad_alloc();
-        }
-        value->data.assign(count * size, 0);
-    } else if (classID == hvClassID::Cell) {
-        value->compound = std::make_unique<hvCompound>();
-        value->elements().resize(count);
-    } else if (classID == hvClassID::Struct) {
-        if (fieldCount != 0 && count > std::numeric_limits<std::size_t>::max() / fieldCount) {
-            throw std::bad_alloc();
-        }
-        value->compound = std::make_unique<hvCompound>();
-        value->elements().resize(count * fieldCount);
-    }
-    return value.release();
+    return a * b;
 }
 
 bool isPlainData(hvClassID classID) { return hvElementSize(classID) != 0; }
@@ -62,7 +34,7 @@ bool isPlainData(hvClassID classID) { return hvElementSize(classID) != 0; }
 template <typename T>
 double firstAsDouble(const hvArray& value) {
     T element;
-    std::memcpy(&element, value.data.data(), sizeof element);
+    std::memcpy(&element, value.data(), sizeof element);
     return static_cast<double>(element);
 }
 
@@ -70,13 +42,100 @@ hvClassID classOf(const hvArray* value) { return value ? value->classID : hvClas
 
 }  // namespace
 
-std::size_t hvArray::numberOfElements() const {
-    std::size_t count = 1;
-    for (std::size_t d : dims) {
-        count *= d;
+hvArray* hvArray::make(hvClassID classID, std::size_t ndim, const std::size_t* dims,
+                       std::size_t fieldCount, pt::platform::ValueArena* arena) {
+    if (classID == hvClassID::Unknown || classID > hvClassID::UInt64) {
+        throw std::invalid_argument("hvArray: no such class");
     }
-    return count;
+    const std::size_t rank = normalisedRank(ndim, dims);
+    std::size_t count = 1;
+    for (std::size_t i = 0; i < rank; ++i) {
+        count = checkedMultiply(count, i < ndim ? dims[i] : 1);
+    }
+    std::size_t payload;
+    if (const std::size_t size = hvElementSize(classID); size != 0) {
+        payload = checkedMultiply(count, size);
+    } else if (classID == hvClassID::Cell) {
+        payload = checkedMultiply(count, sizeof(hvUniqueArray));
+    } else {
+        checkedMultiply(count, fieldCount);
+        payload = sizeof(hvCompound*);
+    }
+    const std::size_t header = sizeof(hvArray) + rank * sizeof(std::size_t);
+    if (payload > std::numeric_limits<std::size_t>::max() - header) {
+        throw std::bad_alloc();
+    }
+    void* storage = arena ? arena->allocate(header + payload) : nullptr;
+    const bool inArena = storage != nullptr;
+    if (!inArena) {
+        storage = ::operator new(header + payload);
+    }
+    auto* value = new (storage) hvArray();
+    value->inArena = inArena;
+    value->classID = classID;
+    value->ndim = static_cast<std::uint8_t>(rank);
+    value->count = count;
+    for (std::size_t i = 0; i < rank; ++i) {
+        value->dims()[i] = i < ndim ? dims[i] : 1;
+    }
+    if (classID == hvClassID::Cell) {
+        std::uninitialized_value_construct_n(reinterpret_cast<hvUniqueArray*>(value->data()),
+                                             count);
+    } else if (classID == hvClassID::Struct) {
+        try {
+            auto compound = std::make_unique<hvCompound>();
+            compound->elements.resize(count * fieldCount);
+            *reinterpret_cast<hvCompound**>(value->data()) = compound.release();
+        } catch (...) {
+            if (!inArena) {
+                ::operator delete(storage);
+            }
+            throw;
+        }
+    } else {
+        std::memset(value->data(), 0, payload);
+    }
+    return value;
 }
+
+void hvArray::destroy(hvArray* value) noexcept {
+    if (!value) {
+        return;
+    }
+    if (value->classID == hvClassID::Cell) {
+        std::destroy_n(reinterpret_cast<hvUniqueArray*>(value->data()), value->count);
+    } else if (value->classID == hvClassID::Struct) {
+        delete value->compound();
+    }
+    const bool inArena = value->inArena;
+    value->~hvArray();
+    if (!inArena) {
+        ::operator delete(value);
+    }
+}
+
+std::span<hvUniqueArray> hvArray::elements() {
+    if (classID == hvClassID::Cell) {
+        return {reinterpret_cast<hvUniqueArray*>(data()), count};
+    }
+    return compound()->elements;
+}
+
+std::span<const hvUniqueArray> hvArray::elements() const {
+    if (classID == hvClassID::Cell) {
+        return {reinterpret_cast<const hvUniqueArray*>(data()), count};
+    }
+    return compound()->elements;
+}
+
+namespace {
+
+hvArray* makeArray(hvClassID classID, std::size_t ndim, const std::size_t* dims,
+                   std::size_t fieldCount = 0) {
+    return hvArray::make(classID, ndim, dims, fieldCount);
+}
+
+}  // namespace
 
 const char* hvClassName(hvClassID classID) {
     switch (classID) {
@@ -145,7 +204,7 @@ hvArray* hvCreateCharArray(std::size_t ndim, const std::size_t* dims) {
 
 hvArray* hvCreateLogicalScalar(bool flag) {
     hvArray* value = hvCreateLogicalArray(0, nullptr);
-    value->data[0] = flag ? 1 : 0;
+    value->data()[0] = flag ? 1 : 0;
     return value;
 }
 
@@ -155,7 +214,7 @@ hvArray* hvCreateLogicalArray(std::size_t ndim, const std::size_t* dims) {
 
 hvArray* hvCreateDoubleScalar(double number) {
     hvArray* value = hvCreateDoubleMatrix(1, 1);
-    std::memcpy(value->data.data(), &number, sizeof number);
+    std::memcpy(value->data(), &number, sizeof number);
     return value;
 }
 
@@ -208,57 +267,58 @@ hvArray* hvDuplicateArray(const hvArray* value) {
     if (!value) {
         return nullptr;
     }
-    auto copy = std::make_unique<hvArray>();
-    copy->classID = value->classID;
-    copy->dims = value->dims;
-    copy->data = value->data;
-    if (value->compound) {
-        copy->compound = std::make_unique<hvCompound>();
+    const bool isStruct = value->classID == hvClassID::Struct;
+    hvUniqueArray copy(hvArray::make(value->classID, value->ndim, value->dims(),
+                                     isStruct ? value->fieldNames().size() : 0));
+    if (isStruct) {
         copy->fieldNames() = value->fieldNames();
-        copy->elements().reserve(value->elements().size());
-        for (const hvUniqueArray& element : value->elements()) {
-            copy->elements().emplace_back(hvDuplicateArray(element.get()));
+    }
+    if (value->classID == hvClassID::Cell || isStruct) {
+        const auto from = value->elements();
+        const auto to = copy->elements();
+        for (std::size_t i = 0; i < from.size(); ++i) {
+            to[i].reset(hvDuplicateArray(from[i].get()));
         }
+    } else {
+        std::memcpy(copy->data(), value->data(), value->dataSize());
     }
     return copy.release();
 }
 
-void hvDestroyArray(hvArray* value) { delete value; }
+void hvDestroyArray(hvArray* value) { hvArray::destroy(value); }
 
 // ---- Shape and class ----
 
 hvClassID hvGetClassID(const hvArray* value) { return classOf(value); }
 
-std::size_t hvGetNumberOfDimensions(const hvArray* value) { return value ? value->dims.size() : 2; }
+std::size_t hvGetNumberOfDimensions(const hvArray* value) { return value ? value->ndim : 2; }
 
 const std::size_t* hvGetDimensions(const hvArray* value) {
     static constexpr std::size_t kEmpty[] = {0, 0};
-    return value ? value->dims.data() : kEmpty;
+    return value ? value->dims() : kEmpty;
 }
 
-std::size_t hvGetM(const hvArray* value) { return value ? value->dims[0] : 0; }
+std::size_t hvGetM(const hvArray* value) { return value ? value->dims()[0] : 0; }
 
 std::size_t hvGetN(const hvArray* value) {
     if (!value) {
         return 0;
     }
     std::size_t n = 1;
-    for (std::size_t i = 1; i < value->dims.size(); ++i) {
-        n *= value->dims[i];
+    for (std::size_t i = 1; i < value->ndim; ++i) {
+        n *= value->dims()[i];
     }
     return n;
 }
 
-std::size_t hvGetNumberOfElements(const hvArray* value) {
-    return value ? value->numberOfElements() : 0;
-}
+std::size_t hvGetNumberOfElements(const hvArray* value) { return value ? value->count : 0; }
 
 bool hvIsEmpty(const hvArray* value) { return hvGetNumberOfElements(value) == 0; }
 
 bool hvIsScalar(const hvArray* value) { return hvGetNumberOfElements(value) == 1; }
 
 bool hvIsVector(const hvArray* value) {
-    return value && value->dims.size() == 2 && (value->dims[0] == 1 || value->dims[1] == 1);
+    return value && value->ndim == 2 && (value->dims()[0] == 1 || value->dims()[1] == 1);
 }
 
 bool hvIsChar(const hvArray* value) { return classOf(value) == hvClassID::Char; }
@@ -276,17 +336,17 @@ bool hvIsCharVector(const hvArray* value) { return hvIsChar(value) && hvIsVector
 bool hvIsLogicalScalar(const hvArray* value) { return hvIsLogical(value) && hvIsScalar(value); }
 
 bool hvIsLogicalScalarTrue(const hvArray* value) {
-    return hvIsLogicalScalar(value) && value->data[0] != 0;
+    return hvIsLogicalScalar(value) && value->data()[0] != 0;
 }
 
 // ---- Data ----
 
 double hvGetScalar(const hvArray* value) {
-    if (!value || value->numberOfElements() == 0 || !isPlainData(value->classID)) {
+    if (!value || value->count == 0 || !isPlainData(value->classID)) {
         return 0.0;
     }
     switch (value->classID) {
-        case hvClassID::Logical: return value->data[0] != 0 ? 1.0 : 0.0;
+        case hvClassID::Logical: return value->data()[0] != 0 ? 1.0 : 0.0;
         case hvClassID::Char: return firstAsDouble<char16_t>(*value);
         case hvClassID::Double: return firstAsDouble<double>(*value);
         case hvClassID::Int8: return firstAsDouble<std::int8_t>(*value);
@@ -302,42 +362,42 @@ double hvGetScalar(const hvArray* value) {
 }
 
 void* hvGetData(hvArray* value) {
-    return value && isPlainData(value->classID) ? value->data.data() : nullptr;
+    return value && isPlainData(value->classID) ? value->data() : nullptr;
 }
 
 const void* hvGetData(const hvArray* value) {
-    return value && isPlainData(value->classID) ? value->data.data() : nullptr;
+    return value && isPlainData(value->classID) ? value->data() : nullptr;
 }
 
 double* hvGetDoubles(hvArray* value) {
-    return hvIsDouble(value) ? reinterpret_cast<double*>(value->data.data()) : nullptr;
+    return hvIsDouble(value) ? reinterpret_cast<double*>(value->data()) : nullptr;
 }
 
 const double* hvGetDoubles(const hvArray* value) {
-    return hvIsDouble(value) ? reinterpret_cast<const double*>(value->data.data()) : nullptr;
+    return hvIsDouble(value) ? reinterpret_cast<const double*>(value->data()) : nullptr;
 }
 
 hvChar* hvGetChars(hvArray* value) {
-    return hvIsChar(value) ? reinterpret_cast<hvChar*>(value->data.data()) : nullptr;
+    return hvIsChar(value) ? reinterpret_cast<hvChar*>(value->data()) : nullptr;
 }
 
 const hvChar* hvGetChars(const hvArray* value) {
-    return hvIsChar(value) ? reinterpret_cast<const hvChar*>(value->data.data()) : nullptr;
+    return hvIsChar(value) ? reinterpret_cast<const hvChar*>(value->data()) : nullptr;
 }
 
 bool* hvGetLogicals(hvArray* value) {
-    return hvIsLogical(value) ? reinterpret_cast<bool*>(value->data.data()) : nullptr;
+    return hvIsLogical(value) ? reinterpret_cast<bool*>(value->data()) : nullptr;
 }
 
 const bool* hvGetLogicals(const hvArray* value) {
-    return hvIsLogical(value) ? reinterpret_cast<const bool*>(value->data.data()) : nullptr;
+    return hvIsLogical(value) ? reinterpret_cast<const bool*>(value->data()) : nullptr;
 }
 
 std::string hvArrayToStdString(const hvArray* value) {
     if (!hvIsChar(value)) {
         return {};
     }
-    return hvCharsToUtf8(hvGetChars(value), value->numberOfElements());
+    return hvCharsToUtf8(hvGetChars(value), value->count);
 }
 
 std::size_t hvCalcSingleSubscript(const hvArray* value, std::size_t nsubs,
@@ -394,7 +454,7 @@ int hvGetFieldNumber(const hvArray* structure, const char* name) {
 
 hvArray* hvGetFieldByNumber(const hvArray* structure, std::size_t index, int field) {
     const int nfields = hvGetNumberOfFields(structure);
-    if (field < 0 || field >= nfields || index >= structure->numberOfElements()) {
+    if (field < 0 || field >= nfields || index >= structure->count) {
         return nullptr;
     }
     return structure->elements()[index * nfields + field].get();
@@ -407,7 +467,7 @@ hvArray* hvGetField(const hvArray* structure, std::size_t index, const char* nam
 void hvSetFieldByNumber(hvArray* structure, std::size_t index, int field, hvArray* value) {
     hvUniqueArray owned(value);
     const int nfields = hvGetNumberOfFields(structure);
-    if (field < 0 || field >= nfields || index >= structure->numberOfElements()) {
+    if (field < 0 || field >= nfields || index >= structure->count) {
         throw std::out_of_range("hvSetFieldByNumber: no such element or field");
     }
     structure->elements()[index * nfields + field] = std::move(owned);
@@ -421,14 +481,15 @@ int hvAddField(hvArray* structure, const char* name) {
         return existing;
     }
     const std::size_t oldFields = structure->fieldNames().size();
-    const std::size_t count = structure->numberOfElements();
+    const std::size_t count = structure->count;
+    std::vector<hvUniqueArray>& elements = structure->compound()->elements;
     std::vector<hvUniqueArray> widened(count * (oldFields + 1));
     for (std::size_t e = 0; e < count; ++e) {
         for (std::size_t f = 0; f < oldFields; ++f) {
-            widened[e * (oldFields + 1) + f] = std::move(structure->elements()[e * oldFields + f]);
+            widened[e * (oldFields + 1) + f] = std::move(elements[e * oldFields + f]);
         }
     }
-    structure->elements() = std::move(widened);
+    elements = std::move(widened);
     structure->fieldNames().emplace_back(name);
     return static_cast<int>(oldFields);
 }
@@ -439,20 +500,18 @@ bool hvIsEqual(const hvArray* a, const hvArray* b) {
     if (!a || !b) {
         return a == b;
     }
-    if (a->classID != b->classID || a->dims != b->dims || a->data != b->data ||
-        !a->compound != !b->compound) {
+    if (a->classID != b->classID || !std::ranges::equal(a->dimSpan(), b->dimSpan())) {
         return false;
     }
-    if (!a->compound) {
-        return true;
+    if (isPlainData(a->classID)) {
+        return std::memcmp(a->data(), b->data(), a->dataSize()) == 0;
     }
-    if (a->fieldNames() != b->fieldNames() || a->elements().size() != b->elements().size()) {
+    if (a->classID == hvClassID::Struct && a->fieldNames() != b->fieldNames()) {
         return false;
     }
-    for (std::size_t i = 0; i < a->elements().size(); ++i) {
-        if (!hvIsEqual(a->elements()[i].get(), b->elements()[i].get())) {
-            return false;
-        }
-    }
-    return true;
+    const auto left = a->elements();
+    const auto right = b->elements();
+    return std::ranges::equal(left, right, [](const hvUniqueArray& l, const hvUniqueArray& r) {
+        return hvIsEqual(l.get(), r.get());
+    });
 }

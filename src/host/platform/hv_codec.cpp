@@ -1,5 +1,7 @@
 #include "hv_codec.h"
 
+#include "hv_array.h"
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -10,7 +12,6 @@ namespace pt::platform {
 
 namespace {
 
-constexpr std::size_t kMaxDimensions = 32;
 constexpr std::size_t kMaxFieldlessElements = std::size_t{1} << 20;
 
 }  // namespace
@@ -138,55 +139,90 @@ bool ValueReader::takeNil() {
 
 bool ValueReader::readValue(hvUniqueArray& value, int depth) {
     value.reset();
-    if (takeNil()) {
-        return true;
-    }
+    return parseValue<true>(&value, depth);
+}
+
+bool ValueReader::skipValue() { return parseValue<false>(nullptr, 0); }
+
+bool ValueReader::readHeader(ValueHeader& header) {
     std::uint32_t parts;
     std::uint64_t classNumber;
-    if (depth > kMaxDepth || !readArray(parts) || parts != 3 || !readUnsigned(classNumber) ||
-        classNumber == 0 || classNumber > static_cast<std::uint64_t>(hvClassID::UInt64)) {
+    if (!readArray(parts) || parts != 3 || !readUnsigned(classNumber) || classNumber == 0 ||
+        classNumber > static_cast<std::uint64_t>(hvClassID::UInt64)) {
         return false;
     }
-    const auto classID = static_cast<hvClassID>(classNumber);
+    header.classID = static_cast<hvClassID>(classNumber);
 
     // Dimensions, and the element count unless some dimension is 0; an overflowing count is
     // no value.
-    std::uint32_t ndim;
-    if (!readArray(ndim) || ndim > kMaxDimensions) {
+    if (!readArray(header.ndim) || header.ndim > kMaxDimensions) {
         return false;
     }
-    std::size_t dims[kMaxDimensions];
     bool empty = false;
-    for (std::uint32_t i = 0; i < ndim; ++i) {
+    for (std::uint32_t i = 0; i < header.ndim; ++i) {
         std::uint64_t d;
         if (!readUnsigned(d) || d > std::numeric_limits<std::size_t>::max()) {
             return false;
         }
-        dims[i] = static_cast<std::size_t>(d);
+        header.dims[i] = static_cast<std::size_t>(d);
         empty = empty || d == 0;
     }
-    std::size_t count = 1;
-    for (std::uint32_t i = 0; i < ndim && !empty; ++i) {
-        if (count > std::numeric_limits<std::size_t>::max() / dims[i]) {
+    header.count = 1;
+    for (std::uint32_t i = 0; i < header.ndim && !empty; ++i) {
+        if (header.count > std::numeric_limits<std::size_t>::max() / header.dims[i]) {
             return false;
         }
-        count *= dims[i];
+        header.count *= header.dims[i];
     }
     if (empty) {
-        count = 0;
+        header.count = 0;
     }
+    return true;
+}
+
+bool ValueReader::readCellElements(std::uint32_t& elements, const ValueHeader& header) {
+    return readArray(elements) && elements == header.count;
+}
+
+// One parser for reading and for checking, so that whatever the check passes, the read makes.
+template <bool Build>
+bool ValueReader::parseValue(hvUniqueArray* value, int depth) {
+    if (takeNil()) {
+        return true;
+    }
+    ValueHeader header;
+    if (depth > kMaxDepth || !readHeader(header)) {
+        return false;
+    }
+    const hvClassID classID = header.classID;
+    const std::size_t ndim = header.ndim;
+    const std::size_t* dims = header.dims;
+    const std::size_t count = header.count;
 
     if (classID == hvClassID::Char) {
         std::string_view text;
         if (!readText(text) || text.size() < count) {
             return false;  // every character takes at least one byte of text
         }
+        // Most texts are plain ASCII, whose bytes are their characters.
+        if (std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; })) {
+            if (text.size() != count) {
+                return false;
+            }
+            if constexpr (Build) {
+                value->reset(hvArray::make(hvClassID::Char, ndim, dims, 0, _arena));
+                std::copy(text.begin(), text.end(), hvGetChars(value->get()));
+            }
+            return true;
+        }
         const std::u16string chars = hvUtf8ToChars(text);
         if (chars.size() != count) {
             return false;
         }
-        value.reset(hvCreateCharArray(ndim, dims));
-        std::copy(chars.begin(), chars.end(), hvGetChars(value.get()));
+        if constexpr (Build) {
+            value->reset(hvArray::make(hvClassID::Char, ndim, dims, 0, _arena));
+            std::copy(chars.begin(), chars.end(), hvGetChars(value->get()));
+        }
         return true;
     }
     if (const std::size_t size = hvElementSize(classID); size != 0) {
@@ -195,32 +231,40 @@ bool ValueReader::readValue(hvUniqueArray& value, int depth) {
         if (!readBinary(bytes, length) || length % size != 0 || length / size != count) {
             return false;
         }
-        if (classID == hvClassID::Logical) {
-            value.reset(hvCreateLogicalArray(ndim, dims));
-            bool* flags = hvGetLogicals(value.get());
-            for (std::size_t i = 0; i < count; ++i) {
-                flags[i] = bytes[i] != 0;
-            }
-        } else {
-            value.reset(hvCreateNumericArray(ndim, dims, classID));
-            if (length != 0) {
-                std::memcpy(hvGetData(value.get()), bytes, length);
+        if constexpr (Build) {
+            if (classID == hvClassID::Logical) {
+                value->reset(hvArray::make(hvClassID::Logical, ndim, dims, 0, _arena));
+                bool* flags = hvGetLogicals(value->get());
+                for (std::size_t i = 0; i < count; ++i) {
+                    flags[i] = bytes[i] != 0;
+                }
+            } else {
+                value->reset(hvArray::make(classID, ndim, dims, 0, _arena));
+                if (length != 0) {
+                    std::memcpy(hvGetData(value->get()), bytes, length);
+                }
             }
         }
         return true;
     }
     if (classID == hvClassID::Cell) {
         std::uint32_t elements;
-        if (!readArray(elements) || elements != count) {
+        if (!readCellElements(elements, header)) {
             return false;
         }
-        value.reset(hvCreateCellArray(ndim, dims));
+        if constexpr (Build) {
+            value->reset(hvArray::make(hvClassID::Cell, ndim, dims, 0, _arena));
+        }
         for (std::size_t i = 0; i < count; ++i) {
-            hvUniqueArray element;
-            if (!readValue(element, depth + 1)) {
+            if constexpr (Build) {
+                hvUniqueArray element;
+                if (!parseValue<true>(&element, depth + 1)) {
+                    return false;
+                }
+                hvSetCell(value->get(), i, element.release());
+            } else if (!parseValue<false>(nullptr, depth + 1)) {
                 return false;
             }
-            hvSetCell(value.get(), i, element.release());
         }
         return true;
     }
@@ -230,7 +274,7 @@ bool ValueReader::readValue(hvUniqueArray& value, int depth) {
     if (!readArray(halves) || halves != 2 || !readArray(nfields)) {
         return false;
     }
-    std::vector<std::string> names;
+    std::vector<std::string_view> names;
     std::set<std::string_view> seen;
     for (std::uint32_t f = 0; f < nfields; ++f) {
         std::string_view name;
@@ -239,7 +283,7 @@ bool ValueReader::readValue(hvUniqueArray& value, int depth) {
             !seen.insert(name).second) {
             return false;
         }
-        names.emplace_back(name);
+        names.push_back(name);
     }
     std::uint32_t fields;
     if (!readArray(fields) || (nfields != 0 && count > fields / nfields) ||
@@ -250,18 +294,21 @@ bool ValueReader::readValue(hvUniqueArray& value, int depth) {
     if (nfields == 0 && count > kMaxFieldlessElements) {
         return false;
     }
-    std::vector<const char*> pointers;
-    for (const std::string& name : names) {
-        pointers.push_back(name.c_str());
+    if constexpr (Build) {
+        value->reset(hvArray::make(hvClassID::Struct, ndim, dims, nfields, _arena));
+        (*value)->fieldNames().assign(names.begin(), names.end());
     }
-    value.reset(hvCreateStructArray(ndim, dims, static_cast<int>(nfields), pointers.data()));
     for (std::size_t i = 0; i < fields; ++i) {
-        hvUniqueArray element;
-        if (!readValue(element, depth + 1)) {
+        if constexpr (Build) {
+            hvUniqueArray element;
+            if (!parseValue<true>(&element, depth + 1)) {
+                return false;
+            }
+            hvSetFieldByNumber(value->get(), i / nfields, static_cast<int>(i % nfields),
+                               element.release());
+        } else if (!parseValue<false>(nullptr, depth + 1)) {
             return false;
         }
-        hvSetFieldByNumber(value.get(), i / nfields, static_cast<int>(i % nfields),
-                           element.release());
     }
     return true;
 }

@@ -8,13 +8,18 @@
 
 #include <cstdio>
 #include <cstring>
+#include <functional>
+#include <limits>
 #include <map>
 #include <memory>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "deflate_stream.h"
 #include "hv_codec.h"
+#include "value_arena.h"
 
 namespace {
 
@@ -38,61 +43,6 @@ std::uint64_t getLittleEndian(const unsigned char* in, std::size_t bytes) {
     }
     return value;
 }
-
-/// Compresses what it is given into the file, keeping count and CRC of the bytes given.
-class DeflateStream {
-public:
-    explicit DeflateStream(std::FILE* file) : _file(file) {
-        _ok = deflateInit(&_z, Z_BEST_SPEED) == Z_OK;
-    }
-    ~DeflateStream() { deflateEnd(&_z); }
-    DeflateStream(const DeflateStream&) = delete;
-    DeflateStream& operator=(const DeflateStream&) = delete;
-
-    /// What MessagePack's packer writes to.
-    void write(const char* data, std::size_t size) {
-        _crc = crc32_z(_crc, reinterpret_cast<const Bytef*>(data), size);
-        _uncompressed += size;
-        _z.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data));
-        _z.avail_in = static_cast<uInt>(size);
-        pump(Z_NO_FLUSH);
-    }
-    bool finish() {
-        pump(Z_FINISH);
-        return _ok;
-    }
-
-    bool ok() const { return _ok; }
-    std::uint64_t uncompressed() const { return _uncompressed; }
-    std::uint64_t compressed() const { return _compressed; }
-    std::uint32_t crc() const { return static_cast<std::uint32_t>(_crc); }
-
-private:
-    void pump(int flush) {
-        unsigned char out[1 << 16];
-        do {
-            _z.next_out = out;
-            _z.avail_out = sizeof out;
-            const int status = deflate(&_z, flush);
-            if (status == Z_STREAM_ERROR) {
-                _ok = false;
-                return;
-            }
-            const std::size_t produced = sizeof out - _z.avail_out;
-            if (produced && std::fwrite(out, 1, produced, _file) != produced) {
-                _ok = false;
-            }
-            _compressed += produced;
-        } while (_z.avail_out == 0 || (flush == Z_FINISH && _z.avail_in != 0));
-    }
-
-    std::FILE* _file;
-    z_stream _z{};
-    bool _ok = false;
-    uLong _crc = crc32_z(0, nullptr, 0);
-    std::uint64_t _uncompressed = 0;
-    std::uint64_t _compressed = 0;
-};
 
 /// The whole file in memory, or false.
 bool readWhole(const char* path, std::vector<unsigned char>& bytes) {
@@ -131,10 +81,8 @@ bool inflateAll(const unsigned char* in, std::size_t inSize, std::vector<unsigne
 
 struct hvFile {
     bool writing = false;
-    // Reading: every variable, decoded while the file was checked. The first request takes
-    // the decoded value; later ones decode its bytes again.
+    // Reading: the uncompressed content, and where in it each variable's value lies.
     struct Variable {
-        hvUniqueArray value;
         std::size_t offset;
         std::size_t size;
     };
@@ -142,7 +90,7 @@ struct hvFile {
     std::vector<unsigned char> content;
     // Writing.
     std::FILE* out = nullptr;
-    std::unique_ptr<DeflateStream> stream;
+    std::unique_ptr<pt::platform::DeflateStream> stream;
     std::set<std::string> written;
     bool failed = false;
 };
@@ -163,7 +111,7 @@ hvFile* hvfOpen(const char* path, const char* mode) {
         // The header's lengths are known at the end; hvfClose comes back for them.
         const unsigned char placeholder[kHeaderSize] = {};
         file->failed = std::fwrite(placeholder, 1, kHeaderSize, out) != kHeaderSize;
-        file->stream = std::make_unique<DeflateStream>(out);
+        file->stream = std::make_unique<pt::platform::DeflateStream>(out);
         return file.release();
     }
     if (how != "r") {
@@ -201,62 +149,135 @@ hvFile* hvfOpen(const char* path, const char* mode) {
 
     auto file = std::make_unique<hvFile>();
     file->content = std::move(content);
+    // Every value is checked here; it is made only when it is asked for.
     const unsigned char* start = file->content.data();
     pt::platform::ValueReader reader(start, file->content.size());
     while (!reader.atEnd()) {
         std::uint32_t parts;
         std::string_view name;
-        hvUniqueArray value;
         if (!reader.readArray(parts) || parts != 2 || !reader.readText(name)) {
             return nullptr;
         }
         const std::size_t offset = file->content.size() - reader.remaining();
-        if (!reader.readValue(value) || !value) {
+        if (reader.takeNil() || !reader.skipValue()) {
             return nullptr;
         }
         const std::size_t size = file->content.size() - reader.remaining() - offset;
-        if (!file->variables
-                 .emplace(std::string(name), hvFile::Variable{std::move(value), offset, size})
-                 .second) {
+        if (!file->variables.emplace(std::string(name), hvFile::Variable{offset, size}).second) {
             return nullptr;  // one name, one variable
         }
     }
     return file.release();
 }
 
-hvArray* hvfGetVariable(hvFile* file, const char* name) {
+namespace {
+
+/// The bytes of a variable of a file open for reading, or null.
+const hvFile::Variable* findVariable(const hvFile* file, const char* name) {
     if (!file || file->writing || !name) {
         return nullptr;
     }
     const auto found = file->variables.find(name);
-    if (found == file->variables.end()) {
-        return nullptr;
-    }
-    hvFile::Variable& variable = found->second;
-    if (variable.value) {
-        return variable.value.release();
-    }
-    pt::platform::ValueReader reader(file->content.data() + variable.offset, variable.size);
-    hvUniqueArray value;
-    reader.readValue(value);  // read once already, so it reads again
-    return value.release();
+    return found == file->variables.end() ? nullptr : &found->second;
 }
 
-int hvfPutVariable(hvFile* file, const char* name, const hvArray* value) {
-    if (!file || !file->writing || !name || !value || !file->written.insert(name).second) {
-        return 1;
+/// Checks a put's handle and name, and writes the name that opens the variable.
+bool startVariable(hvFile* file, const char* name) {
+    if (!file || !file->writing || !name || !file->written.insert(name).second) {
+        return false;
     }
-    msgpack::packer<DeflateStream> packer(*file->stream);
+    msgpack::packer<pt::platform::DeflateStream> packer(*file->stream);
     packer.pack_array(2);
     const std::size_t length = std::strlen(name);
     packer.pack_str(static_cast<std::uint32_t>(length));
     packer.pack_str_body(name, static_cast<std::uint32_t>(length));
-    pt::platform::packValue(packer, value);
-    if (!file->stream->ok() || std::ferror(file->out)) {
+    return true;
+}
+
+/// A put answers for its own bytes: they are all in the file before it returns.
+int endVariable(hvFile* file) {
+    if (!file->stream->drain() || std::ferror(file->out)) {
         file->failed = true;
         return 1;
     }
     return 0;
+}
+
+}  // namespace
+
+hvArray* hvfGetVariable(hvFile* file, const char* name) {
+    const hvFile::Variable* variable = findVariable(file, name);
+    if (!variable) {
+        return nullptr;
+    }
+    pt::platform::ValueReader reader(file->content.data() + variable->offset, variable->size);
+    hvUniqueArray value;
+    reader.readValue(value);  // checked when the file was opened
+    return value.release();
+}
+
+bool hvfForEachCell(hvFile* file, const char* name,
+                    const std::function<bool(const hvArray*)>& visit) {
+    const hvFile::Variable* variable = findVariable(file, name);
+    if (!variable) {
+        return false;
+    }
+    // Checked when the file was opened, so each step reads what it expects.
+    pt::platform::ValueReader reader(file->content.data() + variable->offset, variable->size);
+    pt::platform::ValueReader::ValueHeader header;
+    std::uint32_t elements = 0;
+    if (!reader.readHeader(header) || header.classID != hvClassID::Cell ||
+        !reader.readCellElements(elements, header)) {
+        return true;
+    }
+    // Each element lives only for its visit, so all of its values share an arena.
+    pt::platform::ValueArena arena;
+    reader.useArena(&arena);
+    for (std::uint32_t i = 0; i < elements; ++i) {
+        hvUniqueArray element;
+        const bool more = reader.readValue(element, 1) && visit(element.get());
+        element.reset();
+        arena.reset();
+        if (!more) {
+            break;
+        }
+    }
+    return true;
+}
+
+int hvfPutVariable(hvFile* file, const char* name, const hvArray* value) {
+    if (!value || !startVariable(file, name)) {
+        return 1;
+    }
+    msgpack::packer<pt::platform::DeflateStream> packer(*file->stream);
+    try {
+        pt::platform::packValue(packer, value);
+    } catch (const std::length_error&) {
+        file->failed = true;  // what was packed of it is in the stream already
+        return 1;
+    }
+    return endVariable(file);
+}
+
+int hvfPutCellRow(hvFile* file, const char* name, std::size_t count,
+                  const std::function<hvArray*(std::size_t)>& element) {
+    if (count > std::numeric_limits<std::uint32_t>::max() || !startVariable(file, name)) {
+        return 1;
+    }
+    msgpack::packer<pt::platform::DeflateStream> packer(*file->stream);
+    const std::size_t dims[] = {1, count};
+    pt::platform::packHeader(packer, hvClassID::Cell, dims);
+    packer.pack_array(static_cast<std::uint32_t>(count));
+    try {
+        for (std::size_t i = 0; i < count; ++i) {
+            const hvUniqueArray value(element(i));
+            pt::platform::packValue(packer, value.get());
+        }
+    } catch (...) {
+        file->failed = true;
+        throw;
+    }
+    return endVariable(file);
 }
 
 int hvfClose(hvFile* file) {
