@@ -1,0 +1,68 @@
+// Time and peak memory of one save and one load of a run, in a fresh process as a user meets
+// them (the first touch of new memory included):
+//     pt_value_file_footprint [points]
+// A peak is the high-water mark of the resident set above what the process held before the
+// step, after freed memory went back to the system; the run's own store is given beside them.
+
+#include <performance_tracer/module.h>
+
+#include <malloc.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+
+#include "value_file_common.h"
+
+namespace {
+
+/// A line of /proc/self/status, in KiB.
+long statusKiB(const std::string& field) {
+    std::ifstream status("/proc/self/status");
+    std::string line;
+    while (std::getline(status, line)) {
+        if (line.rfind(field, 0) == 0) {
+            return std::stol(line.substr(field.size()));
+        }
+    }
+    return 0;
+}
+
+/// Returns freed memory to the system and starts a new high-water mark; the resident size.
+long startPeak() {
+    malloc_trim(0);
+    std::ofstream("/proc/self/clear_refs") << "5";
+    return statusKiB("VmRSS:");
+}
+
+template <typename Step>
+void measure(const char* what, Step step) {
+    const long before = startPeak();
+    const auto start = std::chrono::steady_clock::now();
+    step();
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    std::printf("%-6s %7.3f s   peak %7.1f MiB above the %7.1f MiB held before\n", what,
+                elapsed.count(), (statusKiB("VmHWM:") - before) / 1024.0, before / 1024.0);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::int64_t points = argc > 1 ? std::atoll(argv[1]) : 1000000;
+    HVInitialize_performance_tracer();
+    const long empty = startPeak();
+    pt::bench::logRun(points);
+    std::printf("%lld points, store %.1f MiB\n", static_cast<long long>(points),
+                (statusKiB("VmRSS:") - empty) / 1024.0);
+
+    const std::string file = pt::bench::benchFile();
+    measure("save", [&] { pt::bench::callWithFile("PerfTools.Tracer.saveToFile", file); });
+    const auto bytes = static_cast<double>(std::filesystem::file_size(file));
+    std::printf("file   %.1f MB, %.2f bytes per point\n", bytes / 1e6,
+                bytes / static_cast<double>(points));
+    ptClearRawData();
+    measure("load", [&] { pt::bench::callWithFile("PerfTools.Tracer.loadTracerData", file); });
+    std::filesystem::remove(file);
+    return 0;
+}
