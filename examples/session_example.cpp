@@ -3,15 +3,23 @@
 // The host language evaluates a script, the block-diagram tool compiles and simulates a model,
 // and the state-chart tool builds the charts inside it. Each piece of work is a phase logged
 // at its start and its end under a grouping; the tools' groupings sit below one parent, so
-// that enabling the parent enables the session.
+// that enabling the parent enables the session. At the end the application, as any host of
+// the tracer's module does, saves its run through the class PerfTools.Tracer:
+//     pt_session_example [FILE.hvf]
 
 #include <performance_tracer/performance_tracer.h>
+
+#include <pt_platform/except.h>
+#include <pt_platform/hv.h>
+#include <pt_platform/vos.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <exception>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -113,7 +121,21 @@ void printRawStore() {
 
 }  // namespace
 
-int main() {
+/// PerfTools.Tracer.saveToFile(file), called as the host calls a method.
+bool saveRun(const std::string& file) {
+    HVInitialize_performance_tracer();
+    const hvUniqueArray name(hvCreateString(file));
+    try {
+        vos::invoke("PerfTools.Tracer.saveToFile", 0, std::vector<const hvArray*>{name.get()});
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "could not save the run: %s\n", error.what());
+        return false;
+    }
+    std::printf("saved to %s\n", file.c_str());
+    return true;
+}
+
+int main(int argc, char** argv) {
     // Groupings: the session's parent with the tools' groupings below it.
     const int scripts = ptAddGrouping("Scripts");
     const std::string refused =
@@ -142,5 +164,5 @@ int main() {
     }
     std::printf("\n\n");
     printRawStore();
-    return 0;
+    return saveRun(argc > 1 ? argv[1] : "session.hvf") ? 0 : 1;
 }
