@@ -15,10 +15,11 @@ namespace pt {
 hvArray* makeInt32(std::int32_t value);
 hvArray* makeUInt32(std::uint32_t value);
 
-/// The first element of a value of one of the eight integer classes, wrapped to 32 bits; 0 for
-/// any other value.
+/// The first 32 bits of the data of a value of one of the eight integer classes (zeros past the
+/// end of a shorter value); 0 for any other value.
 std::int32_t readInt32(const hvArray* value);
-/// The value of a numeric scalar; 0.0 for anything else, a character or logical included.
+/// The value of a scalar, as hvGetScalar gives it (a character its code, a logical 0 or 1);
+/// 0.0 for anything that is not a scalar.
 double readDouble(const hvArray* value);
 /// The flag of a logical scalar; false for anything else.
 bool readBool(const hvArray* value);

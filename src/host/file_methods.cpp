@@ -38,22 +38,18 @@ void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)())
     const std::string root = queryOrviaRoot();
     setPathStripRoot(root);
     const std::unique_ptr<PTRawDataVector> points = select();
-    // The rows go to the file as they are made, never all held at once.
+    // All three values are made before anything is put; the rows are made as they are written,
+    // so that they are never all held at once.
+    const hvUniqueArray systemInfo(systemInfoToStruct());
+    const hvUniqueArray rootText(hvCreateString(root));
     if (putRawDataCells(out.get(), kRawDataVariable, points ? *points : PTRawDataVector()) != 0) {
         raise<Errors::DataWriteFail>(std::string("Raw Data"), file);
     }
-    const struct {
-        const char* name;
-        hvUniqueArray value;
-        const char* what;
-    } variables[] = {
-        {kSystemInfoVariable, hvUniqueArray(systemInfoToStruct()), "System Information"},
-        {kRootVariable, hvUniqueArray(hvCreateString(root)), "Orvia Root"},
-    };
-    for (const auto& variable : variables) {
-        if (hvfPutVariable(out.get(), variable.name, variable.value.get()) != 0) {
-            raise<Errors::DataWriteFail>(std::string(variable.what), file);
-        }
+    if (hvfPutVariable(out.get(), kSystemInfoVariable, systemInfo.get()) != 0) {
+        raise<Errors::DataWriteFail>(std::string("System Information"), file);
+    }
+    if (hvfPutVariable(out.get(), kRootVariable, rootText.get()) != 0) {
+        raise<Errors::DataWriteFail>(std::string("Orvia Root"), file);
     }
 }
 

@@ -235,7 +235,7 @@ TEST_F(RawRows, MalformedRowsReadAsZeroFalseOrEmpty) {
     }
 
     // Cells of unexpected classes: a double point type, numbers for names, a logical row for
-    // the flag, text for the clocks, an empty cell in between.
+    // the flag, text and a matrix for the clocks, an empty cell in between.
     const hvUniqueArray odd = rowFrom({
         [] { return hvCreateString("1"); },
         [] { return hvCreateDoubleScalar(2); },
@@ -256,8 +256,8 @@ TEST_F(RawRows, MalformedRowsReadAsZeroFalseOrEmpty) {
     EXPECT_EQ(ptNameStr(PT_TABLE_GROUPING, host._groupingID), "");
     EXPECT_EQ(ptGetStatisticsTypeStr(host._statisticsTypeID), "stats");
     EXPECT_FALSE(host._isPhaseStart);
-    EXPECT_EQ(host._wcTime, 0.0);
-    EXPECT_EQ(host._cpuTime, 0.0);
+    EXPECT_EQ(host._wcTime, 55.0);  // a one-character text is a scalar: its character's code
+    EXPECT_EQ(host._cpuTime, 0.0);  // a matrix is no scalar
     // A negative sum of detailed figures is no record.
     EXPECT_EQ(host._detailedMem, nullptr);
 }
@@ -281,6 +281,19 @@ TEST_F(RawRows, IntegerCellsOfEveryWidthGiveThePointType) {
         return cell;
     }});
     EXPECT_EQ(PTOrviaDataPoint(wide.get())._pointType, 1);  // the low 32 bits
+    // The first 32 bits of the data, whatever the element width.
+    const hvUniqueArray bytes = rowFrom({[] {
+        const std::size_t dims[] = {1, 4};
+        hvArray* cell = hvCreateNumericArray(2, dims, hvClassID::UInt8);
+        static_cast<std::uint8_t*>(hvGetData(cell))[1] = 1;
+        return cell;
+    }});
+    EXPECT_EQ(PTOrviaDataPoint(bytes.get())._pointType, 256);
+    const hvUniqueArray none = rowFrom({[] {
+        const std::size_t dims[] = {1, 0};
+        return hvCreateNumericArray(2, dims, hvClassID::Int32);
+    }});
+    EXPECT_EQ(PTOrviaDataPoint(none.get())._pointType, 0);
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <boost/make_shared.hpp>
+
 #include "method_test_support.h"
 
 namespace pt::testing {
@@ -116,6 +118,46 @@ TEST_F(ExportMethods, ProcessedStructuresByClass) {
     EXPECT_EQ(classOf("stackDepth"), hvClassID::UInt32);
     EXPECT_EQ(classOf("childrenIDs"), hvClassID::Cell);
     EXPECT_EQ(hvGetN(hvGetField(chart, 0, "childrenIDs")), 0u);
+}
+
+TEST_F(ExportMethods, ChildrenMemoryAndSelfTimes) {
+    ptAddGrouping("A");
+    ptEnableGlobalLogging(true);
+    ptLogOrviaData("A", "parent", true);
+    ptLogOrviaData("A", "child", true);
+    ptLogOrviaData("A", "child", false);
+    ptLogOrviaData("A", "parent", false);
+    ptEnableGlobalLogging(false);
+    auto& raw = *ptTracer()->_rawData;
+    raw[0]->_basicMem.reset();  // a point that never had memory statistics
+    raw[2]->_basicMem = boost::make_shared<pt::BasicMemStats>(2 * 1048576.0, 0, 0);
+
+    const Values result = call("PerfTools.Tracer.getProcessedData", {}, 1);
+    const hvArray* parent = hvGetCell(result.at(0).get(), 0);
+    const hvArray* child = hvGetCell(result.at(0).get(), 1);
+    const hvArray* children = hvGetField(parent, 0, "childrenIDs");
+    ASSERT_EQ(hvGetN(children), 1u);
+    EXPECT_EQ(hvGetClassID(hvGetCell(children, 0)), hvClassID::Int32);
+    EXPECT_EQ(hvGetScalar(hvGetCell(children, 0)), 2.0);  // the child's row number
+    EXPECT_EQ(hvGetScalar(hvGetField(parent, 0, "numChildren")), 1.0);
+    EXPECT_EQ(hvGetScalar(hvGetField(child, 0, "stackDepth")), 1.0);
+    EXPECT_FALSE(hvIsLogicalScalarTrue(hvGetField(child, 0, "gapRow")));
+    // Figures in MiB: the child ends at 2 MiB of usage; the parent's start had none at all.
+    EXPECT_EQ(hvGetScalar(hvGetField(child, 0, "procMemUsage")), 2.0);
+    EXPECT_EQ(hvGetScalar(hvGetField(parent, 0, "freeMem")), 0.0);
+
+    // The aggregate's times are self times: all of a leaf's, and of a parent only what a
+    // generated "_self" row reports, none here.
+    const Values sums = call("PerfTools.Tracer.getAggregateProcessedData", {}, 1);
+    ASSERT_EQ(hvGetN(sums.at(0).get()), 2u);
+    const hvArray* parentSum = hvGetCell(sums.at(0).get(), 0);
+    const hvArray* childSum = hvGetCell(sums.at(0).get(), 1);
+    EXPECT_EQ(hvArrayToStdString(hvGetField(parentSum, 0, "phaseID")), "parent");
+    EXPECT_EQ(hvGetClassID(hvGetField(parentSum, 0, "wcElapsedTime")), hvClassID::Double);
+    EXPECT_EQ(hvGetScalar(hvGetField(parentSum, 0, "wcElapsedTime")), 0.0);
+    EXPECT_EQ(hvGetScalar(hvGetField(childSum, 0, "wcElapsedTime")),
+              hvGetScalar(hvGetField(child, 0, "wcElapsedTime")));
+    EXPECT_EQ(hvGetScalar(hvGetField(childSum, 0, "procMemUsageDelta")), 2.0);
 }
 
 TEST_F(ExportMethods, PairsRecomputeAndTheLastWins) {

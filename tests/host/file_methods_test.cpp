@@ -92,6 +92,7 @@ TEST_F(FileMethods, ARunSurvivesASaveAndALoad) {
     ptEnableGlobalLogging(true);
     ptLogOrviaData("Run", "replaced", true);
     ptEnableGlobalLogging(false);
+    ptEnableTracer("Run", true);
     call("PerfTools.Tracer.loadTracerData", valuesOf(text(file)));
 
     std::vector<std::string> loaded = describeStore();
@@ -114,6 +115,15 @@ TEST_F(FileMethods, ARunSurvivesASaveAndALoad) {
     // Zero detailed figures give a host-language point no record, the wider classes a zero one.
     EXPECT_FALSE(ptTracer()->_rawData->at(0)->_detailedMem);
     EXPECT_TRUE(ptTracer()->_rawData->at(1)->_detailedMem);
+
+    // Logging goes on after the loaded points; the groupings and their states are as they were.
+    const auto run =
+        static_cast<std::int32_t>(ptTracer()->nameToID(PT_TABLE_GROUPING, "Run", false));
+    EXPECT_EQ(ptTracer()->groupingState(run), PT_GROUPING_ON);
+    ptLogOrviaData("Run", "after", true);
+    ptEnableTracer("Run", false);
+    EXPECT_EQ(ptTracer()->_rawData->size(), saved.size() + 1);
+    EXPECT_EQ(ptGetPhaseStr(ptTracer()->_rawData->back()->_phaseID), "after");
 
     // A save of only the startup grouping, to the default name in the working folder.
     std::filesystem::current_path(_folder);
@@ -162,6 +172,17 @@ TEST_F(FileMethods, ErrorsOfTheThreeMethods) {
     std::filesystem::copy_file("/proc/self/exe", path("foreign.hvf"));
     expectRefused(load, valuesOf(text(path("foreign.hvf"))),
                   tracerError("OpenFileFailed", {path("foreign.hvf")}));
+
+    // A device that takes no bytes: the rows cannot be put, and the points stay.
+    ptEnableGlobalLogging(true);
+    for (int i = 0; i < 5000; ++i) {
+        ptLogOrviaData("Run", "phase " + std::to_string(i), i % 2 == 0);
+    }
+    ptEnableGlobalLogging(false);
+    if (std::filesystem::exists("/dev/full")) {
+        expectRefused(save, valuesOf(text("/dev/full")),
+                      tracerError("DataWriteFail", {"Raw Data", "/dev/full"}));
+    }
 
     // The root is stored before the input is looked at; a failed load keeps nothing else.
     setPathStripRoot("");

@@ -79,14 +79,14 @@ TEST_F(SystemInfo, FieldsAreAskedInTheirOrder) {
     for (const char* name : {"hostinfo", "hostfeature", "version", "evalcapture"}) {
         hvxSetHostFunction(name, [&asked, name](int, hvArray** plhs, int nrhs, hvArray** prhs) {
             asked.push_back(std::string(name) + (nrhs ? " " + hvArrayToStdString(prhs[0]) : ""));
-            plhs[0] = std::string(name) == "hostfeature" ? hvCreateDoubleScalar(4)
-                                                         : hvCreateString("x");
+            plhs[0] =
+                std::string(name) == "hostfeature" ? hvCreateDoubleScalar(4) : hvCreateString("x");
             return 0;
         });
     }
     const SystemInfoRecord info = performance_tracer::collectSystemInfo();
-    EXPECT_EQ(asked, (std::vector<std::string>{"hostinfo getcpu", "hostfeature numCores",
-                                               "version", "version -jvm", "hostinfo getos",
+    EXPECT_EQ(asked, (std::vector<std::string>{"hostinfo getcpu", "hostfeature numCores", "version",
+                                               "version -jvm", "hostinfo getos",
                                                "hostinfo getwinsys", "evalcapture ver"}));
     EXPECT_EQ(info.operatingSystemStr, "x x");
     EXPECT_EQ(info.numCoresStr, "4");
