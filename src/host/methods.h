@@ -40,10 +40,17 @@ private:
     }
 
 PT_METHOD_CLASS(PerformanceTracer_clearRawData);
+PT_METHOD_CLASS(PerformanceTracer_diagnosticReport);
 PT_METHOD_CLASS(PerformanceTracer_enable);
 PT_METHOD_CLASS(PerformanceTracer_enableGlobalLogging);
 PT_METHOD_CLASS(PerformanceTracer_enableKsStartupLogging);
 PT_METHOD_CLASS(PerformanceTracer_enableDetailedMemStats);
+PT_METHOD_CLASS(PerformanceTracer_generateAggregateDifferenceReport);
+PT_METHOD_CLASS(PerformanceTracer_generateDifferenceReport);
+PT_METHOD_CLASS(PerformanceTracer_generateAggregateReport);
+PT_METHOD_CLASS(PerformanceTracer_generateHTMLReport);
+PT_METHOD_CLASS(PerformanceTracer_generateKsStartupDifferenceReport);
+PT_METHOD_CLASS(PerformanceTracer_generateKsStartupReport);
 PT_METHOD_CLASS(PerformanceTracer_getProcessedData);
 PT_METHOD_CLASS(PerformanceTracer_getAggregateProcessedData);
 PT_METHOD_CLASS(PerformanceTracer_getRawData);
