@@ -3,6 +3,7 @@
 // A run of raw points for the value-file benchmarks, logged through the exports, and the two
 // methods called as a script calls them.
 
+#include <performance_tracer/groupings.h>
 #include <performance_tracer/logging.h>
 #include <performance_tracer/raw_store.h>
 #include <performance_tracer/tracer.h>
@@ -22,6 +23,7 @@ namespace pt::bench {
 /// Phases of the three classes, nested three deep, under a few hundred names, until the store
 /// holds the given number of points.
 inline void logRun(std::int64_t points) {
+    ptAddGrouping("Run");
     ptClearRawData();
     ptEnableGlobalLogging(true);
     for (std::int64_t i = 0, logged = 0; logged < points; ++i, logged += 6) {

@@ -1,0 +1,56 @@
+// Opens generated reports in headless Chromium for the tests: one browser per test file, a
+// fresh page per report, and every script error of a page collected.
+
+import { chromium } from 'playwright-core';
+import assert from 'node:assert/strict';
+import { existsSync, mkdirSync } from 'node:fs';
+import { join } from 'node:path';
+
+export const reports = process.env.PT_REPORTS;
+const executablePath = process.env.PT_CHROMIUM || '/usr/lib/chromium/chromium';
+
+export async function launch() {
+  assert.ok(reports && existsSync(reports), 'PT_REPORTS must name the folder of generated reports');
+  return chromium.launch({
+    executablePath,
+    args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
+           '--disable-background-networking', '--disable-component-update', '--disable-sync'],
+  });
+}
+
+/// A report opened on its first tab; errors holds every uncaught script error of the page.
+export async function openReport(browser, name, viewport = { width: 1280, height: 900 }) {
+  const page = await browser.newPage({ viewport });
+  const errors = [];
+  page.on('pageerror', (error) => errors.push(error.message));
+  page.on('console', (message) => {
+    if (message.type() === 'error') errors.push(message.text());
+  });
+  await page.goto('file://' + join(reports, name));
+  await page.waitForFunction(() => document.readyState === 'complete');
+  return { page, errors };
+}
+
+export async function screenshot(page, name) {
+  const folder = join(reports, 'screenshots');
+  mkdirSync(folder, { recursive: true });
+  await page.screenshot({ path: join(folder, name + '.png'), fullPage: false });
+}
+
+/// The texts of a column of the aggregate table's rows on show.
+export async function aggregateColumn(page, column) {
+  return page.$$eval(`#aggregateSummaryTable td[id$="col${column}"]`, (cells) =>
+    cells.filter((cell) => /^aggRow\d+col/.test(cell.id)).map((cell) => cell.textContent));
+}
+
+export const tabArguments = {
+  'Aggregate': 'aggregateSummary', 'Call Tree': 'callTreeSummary', 'Details': 'phaseSummary',
+  'MemChart': 'memCanvas', 'System Info': 'systemInfo',
+};
+
+/// Clicks a tab in the bar that is on show, and waits for its script link to have run.
+export async function showTab(page, label) {
+  const bar = page.locator('#headerTable div[id="header"]:visible');
+  await bar.locator(`a:text-is("${label}")`).click();
+  await page.waitForFunction((argument) => activeTab === argument, tabArguments[label]);
+}

@@ -1,0 +1,189 @@
+// Writes the value files that the report tests read, as a platform that measures memory would
+// write them: every point carries basic and detailed memory figures. On Linux the tracer
+// samples none, so live data cannot show the memory pages.
+//
+//     pt_write_report_runs FOLDER
+//
+// memory_base.hvf, memory_new.hvf   two runs of one workload that differ in times, in memory
+//                                   and in one phase each has that the other lacks
+// large.hvf                         50,000 phases, for the windowed tables
+// hostile.hvf                       names and system information full of quotes, angle
+//                                   brackets, ampersands and backslashes
+
+#include <performance_tracer/groupings.h>
+#include <performance_tracer/logging.h>
+#include <performance_tracer/raw_store.h>
+#include <performance_tracer/tracer.h>
+
+#include <pt_platform/hv.h>
+#include <pt_platform/hvf.h>
+
+#include <boost/make_shared.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+
+#include "host/persistence.h"
+
+namespace {
+
+constexpr double kMiB = 1048576.0;
+
+/// Starts and ends a phase of each class; the grouping is "Run".
+struct Log {
+    static void orvia(const std::string& phase, bool start) { ptLogOrviaData("Run", phase, start); }
+    static void kestrune(const std::string& model, const std::string& phase, bool start) {
+        ptLogKestruneData("Run", model, "rtw", phase, start);
+    }
+    static void ylvane(const std::string& model, const std::string& chart, const std::string& phase,
+                       bool start) {
+        ptLogYlvaneData("Run", model, "rtw", "sfun machine", chart, phase, start);
+    }
+};
+
+/// Wall clock, CPU time and memory as the run goes on: the points get them in order, so that
+/// the figures grow through the run and differ between the two variants.
+void stampPoints(double scale) {
+    double clock = 1000.0;
+    double usage = 200 * kMiB;
+    int index = 0;
+    for (const auto& point : *ptTracer()->_rawData) {
+        clock += 0.01 * scale * (1 + index % 7);
+        usage += (index % 3 == 0 ? 3.0 : -1.0) * kMiB * scale;
+        point->_wcTime = clock;
+        point->_cpuTime = 0.8 * clock;
+        point->_basicMem =
+            boost::make_shared<pt::BasicMemStats>(usage, usage + 50 * kMiB * scale, 2 * usage);
+        point->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
+            4096 * kMiB - usage, 64 * kMiB * scale, usage, 40 * kMiB, 300 * kMiB + index * kMiB);
+        ++index;
+    }
+}
+
+/// The store as a saved run, with this machine's system information or the one given.
+void save(const std::filesystem::path& file, const hvArray* systemInfo = nullptr) {
+    hvFile* out = hvfOpen(file.c_str(), "w");
+    const hvUniqueArray ownInfo(systemInfo ? nullptr : performance_tracer::systemInfoToStruct());
+    const hvUniqueArray root(hvCreateString("/opt/orvia"));
+    if (!out ||
+        performance_tracer::putRawDataCells(out, performance_tracer::kRawDataVariable,
+                                            *ptTracer()->_rawData) != 0 ||
+        hvfPutVariable(out, performance_tracer::kSystemInfoVariable,
+                       systemInfo ? systemInfo : ownInfo.get()) != 0 ||
+        hvfPutVariable(out, performance_tracer::kRootVariable, root.get()) != 0 ||
+        hvfClose(out) != 0) {
+        std::fprintf(stderr, "could not write %s\n", file.c_str());
+        std::exit(1);
+    }
+}
+
+/// A session of the three tools; the second variant runs longer, uses more memory, and has
+/// "link model" where the first has "load model".
+void writeMemoryRun(const std::filesystem::path& file, int variant) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    Log::orvia("scripts/setup_plant.m", true);
+    Log::orvia("evaluate parameters", true);
+    Log::orvia("evaluate parameters", false);
+    Log::orvia(variant == 0 ? "load model" : "link model", true);
+    Log::orvia(variant == 0 ? "load model" : "link model", false);
+    Log::orvia("scripts/setup_plant.m", false);
+    Log::kestrune("transmission", "compile model", true);
+    Log::kestrune("transmission", "sort blocks", true);
+    Log::kestrune("transmission", "sort blocks", false);
+    for (const char* chart : {"Gear Logic", "Shift Schedule", "Clutch"}) {
+        Log::ylvane("transmission", chart, "build chart", true);
+        Log::ylvane("transmission", chart, "build chart", false);
+    }
+    Log::kestrune("transmission", "compile model", false);
+    Log::kestrune("transmission", "simulate", true);
+    for (int step = 0; step < 4 + variant; ++step) {
+        Log::kestrune("transmission", "outputs", true);
+        Log::kestrune("transmission", "outputs", false);
+    }
+    Log::kestrune("transmission", "simulate", false);
+    ptEnableGlobalLogging(false);
+    stampPoints(variant == 0 ? 1.0 : 1.5);
+    save(file);
+}
+
+/// 50,000 phases: 5,000 parents of nine children each, under a few hundred names.
+void writeLargeRun(const std::filesystem::path& file) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    for (int parent = 0; parent < 5000; ++parent) {
+        const std::string name = "step " + std::to_string(parent % 200);
+        Log::orvia(name, true);
+        for (int child = 0; child < 9; ++child) {
+            const std::string phase = "task " + std::to_string((parent + child) % 300);
+            if (child % 3 == 0) {
+                Log::kestrune("model " + std::to_string(child), phase, true);
+                Log::kestrune("model " + std::to_string(child), phase, false);
+            } else {
+                Log::orvia(phase, true);
+                Log::orvia(phase, false);
+            }
+        }
+        Log::orvia(name, false);
+    }
+    ptEnableGlobalLogging(false);
+    stampPoints(1.0);
+    save(file);
+}
+
+/// Names that break a page that does not escape them, and system information like them.
+void writeHostileRun(const std::filesystem::path& file) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    const std::string names[] = {
+        "say \"hi\"",
+        "it's",
+        "<b>bold</b>",
+        "back\\slash",
+        "</script><script>window.pwned=1</script>",
+        "a & b",
+        "x' onmouseover='window.pwned=2",
+        "100% done",
+    };
+    ptLogOrviaData("Run \"quoted\" <group>", "outer", true);
+    for (const std::string& name : names) {
+        ptLogOrviaData("Run \"quoted\" <group>", name, true);
+        ptLogKestruneData("Run \"quoted\" <group>", "model's <x>", "t\"t", name + " inner", true);
+        ptLogKestruneData("Run \"quoted\" <group>", "model's <x>", "t\"t", name + " inner", false);
+        ptLogOrviaData("Run \"quoted\" <group>", name, false);
+    }
+    ptLogOrviaData("Run \"quoted\" <group>", "outer", false);
+    ptEnableGlobalLogging(false);
+    stampPoints(1.0);
+
+    const char* fields[] = {"processorStr",     "cpuSpeedStr",         "numCoresStr",
+                            "totalPhysMemStr",  "operatingSystemStr",  "OrviaVersionStr",
+                            "javaVMVersionStr", "installedProductsStr"};
+    const hvUniqueArray info(hvCreateStructMatrix(1, 1, 8, fields));
+    for (int f = 0; f < 8; ++f) {
+        hvSetFieldByNumber(info.get(), 0, f,
+                           hvCreateString("<i>" + std::string(fields[f]) + "</i> & \"more\""));
+    }
+    save(file, info.get());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: pt_write_report_runs FOLDER\n");
+        return 2;
+    }
+    const std::filesystem::path folder = argv[1];
+    std::filesystem::create_directories(folder);
+    // Groupings that were never added log their points with no grouping at all.
+    ptAddGrouping("Run");
+    ptAddGrouping("Run \"quoted\" <group>");
+    writeMemoryRun(folder / "memory_base.hvf", 0);
+    writeMemoryRun(folder / "memory_new.hvf", 1);
+    writeLargeRun(folder / "large.hvf");
+    writeHostileRun(folder / "hostile.hvf");
+    ptClearRawData();
+    return 0;
+}
