@@ -92,6 +92,9 @@ std::string_view directiveOf(std::string_view line) {
         return {};
     }
     line.remove_prefix(start);
+    while (!line.empty() && (line.back() == '\n' || line.back() == '\r' || line.back() == ' ')) {
+        line.remove_suffix(1);
+    }
     if (line.starts_with("//@")) {
         return line.substr(3);
     }
@@ -146,11 +149,7 @@ std::string resolvePageText(std::string_view text, const PageFlags& flags,
 
         const std::string_view directive = directiveOf(line);
         const auto condition = [&](std::size_t keyword) {
-            std::string_view rest = directive.substr(keyword);
-            while (!rest.empty() && (rest.back() == '\n' || rest.back() == ' ')) {
-                rest.remove_suffix(1);
-            }
-            return Condition(rest, flags).evaluate();
+            return Condition(directive.substr(keyword), flags).evaluate();
         };
         if (directive.starts_with("if ")) {
             const bool value = condition(3);

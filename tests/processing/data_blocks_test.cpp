@@ -7,10 +7,7 @@
 
 #include <boost/make_shared.hpp>
 
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
-
+#include "golden_text.h"
 #include "processing/selection.h"
 #include "random_log.h"
 
@@ -19,6 +16,7 @@
 
 namespace {
 
+using pt::testing::expectGoldenText;
 using pt::testing::makePoint;
 
 constexpr double kMiB = 1048576.0;
@@ -116,18 +114,7 @@ protected:
 };
 
 TEST_F(DataBlocks, GoldenTextOfEveryBlock) {
-    const std::string path = std::string(PT_GOLDEN_DIR) + "/data_blocks.txt";
-    const std::string actual = allBlocks();
-    if (const char* update = std::getenv("PT_UPDATE_GOLDEN"); update && *update == '1') {
-        std::ofstream(path) << actual;
-    }
-    std::ifstream in(path);
-    std::stringstream golden;
-    golden << in.rdbuf();
-    if (golden.str() != actual) {
-        std::ofstream("data_blocks.actual.txt") << actual;
-    }
-    EXPECT_EQ(golden.str(), actual) << "see data_blocks.actual.txt in the test's folder";
+    expectGoldenText(PT_GOLDEN_DIR, "data_blocks", allBlocks());
 }
 
 TEST_F(DataBlocks, CarryOversOfTheComparisonWriter) {

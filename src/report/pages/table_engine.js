@@ -36,7 +36,9 @@
                           'first': 'aggregateSummaryTableFirstRow',
                           'second': 'aggregateSummaryTableSecondRow',
                           'last': 'aggregateSummaryTableLastHeaderRow', 'totals': '',
-                          'strip': 'aggregateSummaryScrollTableDiv'},
+                          'strip': 'aggregateSummaryScrollTableDiv'}
+//@if !aggregatePage
+            ,
             'Detail': {'table': 'phaseSummaryTable', 'tabDiv': 'phaseSummaryDiv',
                        'tableDiv': 'phaseSummaryTableDiv',
                        'first': 'phaseSummaryTableFirstRow',
@@ -51,6 +53,7 @@
                          'last': 'callTreeSummaryTableLastHeaderRow',
                          'totals': 'callTreeSummaryTableAggrRow',
                          'strip': 'callTreeSummaryScrollTableDiv'}
+//@endif
         };
 
         // The data view of a table type.
