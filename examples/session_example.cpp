@@ -5,7 +5,9 @@
 // at its start and its end under a grouping; the tools' groupings sit below one parent, so
 // that enabling the parent enables the session. At the end the application, as any host of
 // the tracer's module does, saves its run through the class PerfTools.Tracer:
-//     pt_session_example [FILE.hvf]
+//     pt_session_example [--changed] [FILE.hvf]
+// --changed runs the session as a later version of the tools would: a slower sort, a third
+// chart, more simulation steps and a limit check, so that two saved runs can be compared.
 
 #include <performance_tracer/performance_tracer.h>
 
@@ -22,6 +24,23 @@
 #include <vector>
 
 namespace {
+
+/// What a session does; the changed one differs from the baseline in several places.
+struct Workload {
+    int sortMilliseconds = 4;
+    std::vector<const char*> charts = {"Gear Logic", "Shift Schedule"};
+    int outputSteps = 3;
+    bool checkLimits = false;
+};
+
+Workload changedWorkload() {
+    Workload workload;
+    workload.sortMilliseconds = 9;
+    workload.charts.push_back("Clutch Control");
+    workload.outputSteps = 5;
+    workload.checkLimits = true;
+    return workload;
+}
 
 /// Logs the start of a phase now and its end when it goes out of scope.
 template <typename Log>
@@ -52,7 +71,7 @@ void runScript(int grouping) {
     work(1);
 }
 
-void buildModel(const std::string& model) {
+void buildModel(const std::string& model, const Workload& workload) {
     Phase compile([&](bool start) {
         ptLogKestruneData("Kestrune Compile", model, "sim", "compile model", start);
     });
@@ -60,9 +79,9 @@ void buildModel(const std::string& model) {
         Phase sort([&](bool start) {
             ptLogKestruneData("Kestrune Compile", model, "sim", "sort blocks", start);
         });
-        work(4);
+        work(workload.sortMilliseconds);
     }
-    for (const char* chart : {"Gear Logic", "Shift Schedule"}) {
+    for (const char* chart : workload.charts) {
         Phase build([&](bool start) {
             ptLogYlvaneData("Ylvane Build", model, "sim", "sfun machine", chart, "build chart",
                             start);
@@ -71,15 +90,21 @@ void buildModel(const std::string& model) {
     }
 }
 
-void simulate(const std::string& model) {
+void simulate(const std::string& model, const Workload& workload) {
     Phase run([&](bool start) {
         ptLogKestruneData("Kestrune Simulation", model, "sim", "simulate", start);
     });
-    for (int step = 0; step < 3; ++step) {
+    for (int step = 0; step < workload.outputSteps; ++step) {
         Phase output([&](bool start) {
             ptLogKestruneData("Kestrune Simulation", model, "sim", "outputs", start);
         });
         work(1);
+    }
+    if (workload.checkLimits) {
+        Phase check([&](bool start) {
+            ptLogKestruneData("Kestrune Simulation", model, "sim", "check limits", start);
+        });
+        work(2);
     }
 }
 
@@ -119,8 +144,6 @@ void printRawStore() {
     std::printf("%zu points\n", points->size());
 }
 
-}  // namespace
-
 /// PerfTools.Tracer.saveToFile(file), called as the host calls a method.
 bool saveRun(const std::string& file) {
     HVInitialize_performance_tracer();
@@ -135,7 +158,16 @@ bool saveRun(const std::string& file) {
     return true;
 }
 
+}  // namespace
+
 int main(int argc, char** argv) {
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    const bool changed = !arguments.empty() && arguments.front() == "--changed";
+    if (changed) {
+        arguments.erase(arguments.begin());
+    }
+    const Workload workload = changed ? changedWorkload() : Workload();
+
     // Groupings: the session's parent with the tools' groupings below it.
     const int scripts = ptAddGrouping("Scripts");
     const std::string refused =
@@ -147,7 +179,7 @@ int main(int argc, char** argv) {
 
     // Nothing is enabled yet: these calls cost a flag test each and record nothing.
     runScript(scripts);
-    buildModel("transmission");
+    buildModel("transmission", workload);
 
     ptEnableTracer("Session", true);
     ptEnableTracer("Scripts", true);
@@ -155,8 +187,8 @@ int main(int argc, char** argv) {
     ptSetStatisticsTypeForModel("transmission", "Normal");
 
     runScript(scripts);
-    buildModel("transmission");
-    simulate("transmission");
+    buildModel("transmission", workload);
+    simulate("transmission", workload);
 
     std::printf("Groupings enabled with Session:");
     for (const std::string& name : ptGetGroupingList("Session")) {
@@ -164,5 +196,5 @@ int main(int argc, char** argv) {
     }
     std::printf("\n\n");
     printRawStore();
-    return saveRun(argc > 1 ? argv[1] : "session.hvf") ? 0 : 1;
+    return saveRun(arguments.empty() ? "session.hvf" : arguments.front()) ? 0 : 1;
 }
