@@ -1,33 +1,13 @@
 // The Details tab's markup: the container of its table and the filter and sort panels.
 
 #include "report/fragments.h"
+#include "report/panel_markup.h"
 
 #include <vector>
 
 namespace pt::report {
 
 namespace {
-
-std::string input(const std::string& id, const std::string& name, const char* size = nullptr) {
-    return "<input type=\"text\" id=\"" + id + "\" name=\"" + name + "\"" +
-           (size ? std::string(" size=\"") + size + "\"" : "") + " />";
-}
-
-std::string labelled(const std::string& label, const std::string& field) {
-    return "<td class=\"FiltersNameCell\">" + label + "</td><td class=\"FiltersInputCell\">" +
-           field + "</td>";
-}
-
-/// A block of the panel: its header row with the link that opens it, then its table.
-std::string block(const char* link, const char* inputType, const char* arrow,
-                  const std::string& content) {
-    return std::string(
-               "<table class=\"dataTable userInputs\">\n<tr><th><a href=\"javascript:"
-               "showInputTable('") +
-           inputType + "')\">" + link + "</a><span id=\"" + arrow +
-           "\" style=\"float:right\">&#9660;</span></th></tr>\n<tr><td>\n" + content +
-           "</td></tr>\n</table>\n";
-}
 
 std::string filterTable() {
     const std::pair<const char*, const char*> filters[] = {
@@ -36,10 +16,11 @@ std::string filterTable() {
     };
     std::string table = "<table id=\"FilterData\" style=\"display:none\">\n";
     for (std::size_t i = 0; i < std::size(filters); i += 2) {
-        table +=
-            "<tr>" + labelled(filters[i].first, input(filters[i].second, filters[i].second)) +
-            labelled(filters[i + 1].first, input(filters[i + 1].second, filters[i + 1].second)) +
-            "</tr>\n";
+        table += "<tr>" +
+                 panelLabelled(filters[i].first, panelInput(filters[i].second, filters[i].second)) +
+                 panelLabelled(filters[i + 1].first,
+                               panelInput(filters[i + 1].second, filters[i + 1].second)) +
+                 "</tr>\n";
     }
     return table + "</table>\n";
 }
@@ -49,7 +30,7 @@ std::string rankTable(const char* caption,
                       const std::vector<std::pair<std::string, std::string>>& rows) {
     std::string table = std::string("<table>\n<caption>") + caption + "</caption>\n";
     for (const auto& [label, id] : rows) {
-        table += "<tr>" + labelled(label, input(id, id, "2")) + "</tr>\n";
+        table += "<tr>" + panelLabelled(label, panelInput(id, id, "2")) + "</tr>\n";
     }
     return table + "</table>\n";
 }
@@ -80,8 +61,8 @@ std::string comparisonRankTable(const char* caption, const char* heading,
             const std::string* ids[] = {&column.lhsId, &column.rhsId, &column.absId, &column.relId};
             const std::string* names[] = {&column.lhsName, &column.rhsName, &column.absName,
                                           &column.relName};
-            table +=
-                "<td class=\"FiltersInputCell\">" + input(*ids[row], *names[row], "2") + "</td>";
+            table += "<td class=\"FiltersInputCell\">" + panelInput(*ids[row], *names[row], "2") +
+                     "</td>";
         }
         table += "</tr>\n";
     }
@@ -188,9 +169,9 @@ std::string ptHtmlPhasePanel(const std::string& metric, bool isComparison) {
            "<div id=\"userInputs\">\n"
            "<table id=\"UserInputsTableId\" class=\"dataTable\" width=\"99%\">\n"
            "<tr><td>\n" +
-           block("Filters", "FilterData", "FilterExpandCollapse", filterTable()) +
+           panelBlock("Filters", "FilterData", "FilterExpandCollapse", filterTable()) +
            "</td></tr>\n<tr><td>\n" +
-           block("Sort", "SortData", "SortExpandCollapse", sortTable(metric, isComparison)) +
+           panelBlock("Sort", "SortData", "SortExpandCollapse", sortTable(metric, isComparison)) +
            "</td></tr>\n"
            "<tr><td><input type=\"submit\" value=\"Refresh\" "
            "onclick=\"userInputsAction(); return true;\" /></td></tr>\n"
