@@ -40,6 +40,8 @@ std::string ptHtmlSystemInfoRows(const SystemInfoRecord* record);
 std::string ptHtmlSystemInfoTab(const SystemInfoRecord* record);
 std::string ptHtmlSystemInfoDiffTab(const SystemInfoRecord* left, const SystemInfoRecord* right);
 std::string ptHtmlPhasePanel(const std::string& metric, bool isComparison);
+/// The Call Tree tab's container and its filter panel.
+std::string ptHtmlCallTreePanel();
 
 // ---- Scripts ----
 std::string ptHtmlTabScript(const std::string& metric, bool hasDetailed, bool isComparison,
@@ -52,6 +54,10 @@ std::string ptHtmlTableScript(const std::string& metric, bool isComparison,
                               bool isAggregate);
 std::string ptHtmlAggregateScript(const std::string& metric, bool isComparison, bool isAggregate);
 std::string ptHtmlDetailScript(const std::string& metric, bool isComparison);
+/// The call tree's script, an element of its own.
+std::string ptHtmlCallTreeScript(const std::string& metric);
+/// The call tree of the rows, built and folded, as the page's nodeArray and callTreeArray.
+std::string ptHtmlCallTreeData(const PTProcessedData& data);
 /// The name arrays of the page, from the tracer's tables.
 std::string ptHtmlNameArrays(PerformanceTracer& tracer);
 std::string ptHtmlNameArray(PerformanceTracer& tracer, std::uint32_t kind);

@@ -29,7 +29,12 @@ std::string ptHtmlTableScript(const std::string& metric, bool isComparison,
     const PageFlags flags = pageFlags({isComparison, isAggregate, metric});
     const PageValues values = {{"lhsLabel", scriptString(lhsLabel)},
                                {"rhsLabel", scriptString(rhsLabel)}};
-    return ptHtmlScriptOpen() + resolvePageText(pageFile("table_engine.js"), flags, values);
+    std::string text =
+        ptHtmlScriptOpen() + resolvePageText(pageFile("table_engine.js"), flags, values);
+    if (flags.at("callTreeTab")) {
+        text += resolvePageText(pageFile("call_tree_filter.js"), flags);
+    }
+    return text;
 }
 
 std::string ptHtmlAggregateScript(const std::string& metric, bool isComparison, bool isAggregate) {
@@ -42,6 +47,11 @@ std::string ptHtmlAggregateScript(const std::string& metric, bool isComparison, 
 std::string ptHtmlDetailScript(const std::string& metric, bool isComparison) {
     const PageFlags flags = pageFlags({isComparison, false, metric});
     return resolvePageText(pageFile("details_tab.js"), flags) + ptHtmlScriptClose();
+}
+
+std::string ptHtmlCallTreeScript(const std::string& metric) {
+    const PageFlags flags = pageFlags({false, false, metric});
+    return script(resolvePageText(pageFile("call_tree_tab.js"), flags));
 }
 
 }  // namespace pt::report

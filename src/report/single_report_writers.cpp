@@ -44,7 +44,7 @@ bool writeSingleReport(PerformanceTracer& tracer, const std::string& htmlFile,
          << ptHtmlBodyOpen(metric, hasDetailed, isAggregate) << ptHtmlCenterOpen()
          << ptHtmlHeaderTable(false, metric, isAggregate) << ptHtmlAggregateDiv();
     if (!isAggregate) {
-        file << ptHtmlPhasePanel(metric, false);
+        file << ptHtmlCallTreePanel() << ptHtmlPhasePanel(metric, false);
     }
     file << ptHtmlSystemInfoTab(systemInfo) << ptHtmlCenterClose()
          << ptHtmlScrollDivs(false, isAggregate) << ptHtmlBodyClose() << ptHtmlClose()
@@ -52,11 +52,11 @@ bool writeSingleReport(PerformanceTracer& tracer, const std::string& htmlFile,
          << ptHtmlTableScript(metric, false, "none", "none", isAggregate)
          << ptHtmlAggregateScript(metric, false, isAggregate);
     if (!isAggregate) {
-        file << ptHtmlDetailScript(metric, false);
+        file << ptHtmlDetailScript(metric, false) << ptHtmlCallTreeScript(metric);
     }
     file << ptHtmlScriptOpen();
     if (!isAggregate) {
-        file << ptHtmlProcData(tracer, processed, metric);
+        file << ptHtmlCallTreeData(processed) << ptHtmlProcData(tracer, processed, metric);
     }
     file << ptHtmlNameArrays(tracer) << ptHtmlAggData(tracer, aggregates, metric, isAggregate)
          << ptHtmlScriptClose();

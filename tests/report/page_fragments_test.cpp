@@ -62,6 +62,7 @@ TEST(PageFragments, GoldenTextOfTheFixedParts) {
                 ptHtmlPhasePanel(metric, comparison));
         }
     }
+    text += section("Call Tree panel", ptHtmlCallTreePanel());
     pt::testing::expectGoldenText(PT_REPORT_GOLDEN_DIR, "page_fragments", text);
 }
 

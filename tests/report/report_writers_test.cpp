@@ -79,6 +79,7 @@ TEST_F(ReportWriters, BlocksOfEachPageInTheirOrder) {
                                               "<div align=\"center\">",
                                               "id=\"headerTable\"",
                                               "id=\"aggregateSummaryDiv\"",
+                                              "id=\"callTreeSummaryDiv\"",
                                               "id=\"phaseSummaryDiv\"",
                                               "id=\"systemInfoTableDiv\"",
                                               "</div>\n<div id=\"aggregateSummaryScrollTableDiv\"",
@@ -91,6 +92,11 @@ TEST_F(ReportWriters, BlocksOfEachPageInTheirOrder) {
                                               "function showInputTable",
                                               "</script>",
                                               "<script",
+                                              "function createCTDataView",
+                                              "</script>",
+                                              "<script",
+                                              "var callTreeArray",
+                                              "callTreeArray[0] = createNode(0,0, [0], ",
                                               "var procData",
                                               "var Phase = [",
                                               "var aggData",
@@ -105,8 +111,9 @@ TEST_F(ReportWriters, BlocksOfEachPageInTheirOrder) {
                    "</body>", "</html>", "function ShowTable", "function quicksort", "var isIE",
                    "function renderAggregateTable", "</script>", "<script", "var Phase = [",
                    "var aggData", "</script>"});
-    for (const char* absent : {"var procData", "id=\"phaseSummaryDiv\"", "function showInputTable",
-                               "phaseSummaryScrollTableDiv", "dataView ="}) {
+    for (const char* absent :
+         {"var procData", "id=\"phaseSummaryDiv\"", "function showInputTable", "callTreeSummaryDiv",
+          "createNode", "filterCTDataView", "phaseSummaryScrollTableDiv", "dataView ="}) {
         EXPECT_EQ(aggregate.find(absent), std::string::npos) << absent;
     }
 
@@ -134,6 +141,11 @@ TEST_F(ReportWriters, BlocksOfEachPageInTheirOrder) {
                                                   "var Phase = [",
                                                   "var aggData",
                                                   "</script>"});
+    // A comparison has no call tree.
+    const std::string difference = read(path("difference.html"));
+    for (const char* absent : {"id=\"callTreeSummaryDiv\"", "createNode", "filterCTDataView"}) {
+        EXPECT_EQ(difference.find(absent), std::string::npos) << absent;
+    }
 
     PTRawDataVector l2 = run(), r2 = run(2.0);
     ASSERT_TRUE(ptWriteAggregateDifferenceReport(t, path("aggdiff.html"), "GLOBAL", "LHS", "RHS",

@@ -393,3 +393,29 @@
             updateTotals();
         }
 //@endif
+//@if callTreeTab
+
+        // From a call tree node to the Details tab, listing every execution folded into it.
+        function openDetailTab(nodeIndex) {
+            resizeTabContent['Detail'] = false;
+            ShowTable('phaseSummary');
+            var tableDiv = document.getElementById('phaseSummaryTableDiv');
+            tableDiv.style.display = 'block';
+            tableDiv.innerHTML = 'Loading Please wait ...';
+            var ids = nodeArray[nodeIndex].IDs;
+            dataView.Index = ids.slice(0);
+            dataView.Checked = new Array();
+            for (var i = 0; i < ids.length; i++) {
+                dataView.Checked.push(true);
+            }
+            dataView.AllChecked = true;
+            lastStartIndex['Detail'] = 0;
+            generateFakeDivContents('Detail');
+            renderDetailTable();
+            var all = document.getElementById('AllChecked');
+            if (all) {
+                all.checked = true;
+            }
+            updateTotals();
+        }
+//@endif

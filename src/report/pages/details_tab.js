@@ -79,6 +79,11 @@
             } else if (inputType == 'SortData') {
                 sortDataTable = open;
             }
+//@if callTreeTab
+            else if (inputType == 'CT_FilterData') {
+                CT_filterDataTable = open;
+            }
+//@endif
             // The panel took or gave back the room of some rows.
 //@if callTreeTab
             if (inputType == 'CT_FilterData') {
