@@ -22,7 +22,7 @@ async function refresh(page, inputs = {}) {
       document.getElementById(id).value = values[id] || '';
     }
   }, inputs);
-  await page.click('input[value="Refresh"]');
+  await page.click('#userInputs input[value="Refresh"]');
 }
 
 test('Refresh, filters and sorting', async () => {
@@ -85,9 +85,14 @@ test('check boxes change the totals', async () => {
   await page.close();
 });
 
-test('a phase of the Aggregate tab opens its rows in the Details tab', async () => {
+test('a phase of the Aggregate tab opens the call tree, and its row there the Details tab', async () => {
   const { page, errors } = await openReport(browser, 'detail_basicmemory.html', { width: 1280, height: 1600 });
   await page.click('#aggregateSummaryTable a:text-is("build chart")');
+  await page.waitForFunction(() => activeTab === 'callTreeSummary');
+  // The three charts are built by equal calls: one row of the tree, ticked.
+  assert.equal(await page.textContent('#CT_totalExecCount'), '3.00');
+  const row = await page.evaluate(() => CTDataView.Checked.indexOf(1) - lastStartIndex['CallTree']);
+  await page.click(`#ct_phaseNameTD${row + 1} a`);
   await page.waitForFunction(() => activeTab === 'phaseSummary');
   const phases = await page.$$eval('#phaseSummaryTable td[id^="phaseTD"]',
     (cells) => cells.map((cell) => cell.childNodes[0].textContent));

@@ -20,8 +20,14 @@ test('a Detail page of hostile names', async () => {
   // The leaves are listed; phase names show with forward slashes, as paths do.
   assert.deepEqual(shown, hostileNames.map((name) => name.replace('\\', '/') + ' inner'));
   assert.equal(await page.$('#aggregateSummaryTable b'), null, 'no markup from names');
-  // Every name's link opens its rows.
+  // Every name's link opens the call tree at that phase, and the tree's link its rows.
   await page.click(`#aggregateSummaryTable a:text-is("it's inner")`);
+  await page.waitForFunction(() => activeTab === 'callTreeSummary');
+  const tree = await page.$$eval('#callTreeSummaryTable td[id^="ct_phaseNameTD"] a', (links) => links.map((a) => a.textContent));
+  assert.deepEqual(tree, ['outer', ...hostileNames.flatMap((name) => [name.replace('\\', '/'), name.replace('\\', '/') + ' inner'])]);
+  assert.equal(await page.$('#callTreeSummaryTable b'), null, 'no markup from names');
+  const row = await page.evaluate(() => CTDataView.Checked.indexOf(1) - lastStartIndex['CallTree']);
+  await page.click(`#ct_phaseNameTD${row + 1} a`);
   await page.waitForFunction(() => activeTab === 'phaseSummary');
   const rows = await page.$$eval('#phaseSummaryTable td[id^="phaseTD"]', (cells) => cells.map((c) => c.childNodes[0].textContent));
   assert.deepEqual(rows, ["it's inner"]);

@@ -21,7 +21,7 @@ test('50,000 rows: opening, and scrolling the Details strip', async () => {
   timings.loadToAggregateMs = Date.now() - start;
 
   await showTab(page, 'Details');
-  await page.click('input[value="Refresh"]');
+  await page.click('#userInputs input[value="Refresh"]');
   assert.equal(await page.textContent('#aggTD'), 'Aggregate (N = 50000)');
   const rows = () => page.$$eval('#phaseSummaryTable tr', (all) => all.length);
   const dataRows = () => page.$$eval('#phaseSummaryTable td[id^="execTD"]', (all) => all.length);
@@ -55,6 +55,48 @@ test('50,000 rows: opening, and scrolling the Details strip', async () => {
   // The end of the view.
   await page.$eval('#phaseSummaryScrollTableDiv', (strip) => { strip.scrollTop = strip.scrollHeight; });
   await page.waitForFunction(() => document.getElementById('execTD31').textContent === '49999');
+  assert.deepEqual(errors, []);
+  await page.close();
+});
+
+test('the call tree of 50,000 rows: opening, scrolling and filtering', async () => {
+  const { page, errors } = await openReport(browser, 'large_detail.html', { width: 1600, height: 2400 });
+  await page.waitForSelector('#aggRow0col0');
+  const start = Date.now();
+  await showTab(page, 'Call Tree');
+  await page.waitForSelector('#ct_checkBoxTD1');
+  timings.callTreeFirstRenderMs = Date.now() - start;
+  const nodes = await page.evaluate(() => nodeArray.length);
+  const shown = await page.evaluate(() => CTDataView.Index.length);
+  assert.ok(nodes < 50000 / 5, `${nodes} nodes fold the 50,000 rows`);
+  assert.equal(await page.$$eval('#callTreeSummaryTable tr[id^="CTR_"]', (rows) => rows.length), 32);
+
+  // The strip re-fills the same rows with the end of the view.
+  const firstCell = await page.$('#ct_countTD1');
+  await page.$eval('#callTreeSummaryScrollTableDiv', (strip) => { strip.scrollTop = strip.scrollHeight; });
+  await page.waitForFunction((length) => lastStartIndex['CallTree'] === length - 32, shown);
+  assert.equal(await page.evaluate((cell) => cell === document.getElementById('ct_countTD1'), firstCell),
+               true, 'the same cell, re-filled');
+  timings.callTreeRefillMs = await page.evaluate(() => {
+    const strip = document.getElementById('callTreeSummaryScrollTableDiv');
+    const range = strip.scrollHeight - strip.clientHeight;
+    const start = performance.now();
+    for (let i = 0; i < 50; i++) {
+      strip.scrollTop = (range * i) / 50;
+      reGenerateTable(strip, 'CallTree');
+    }
+    return (performance.now() - start) / 50;
+  });
+
+  // A filter that matches under every root opens the whole tree.
+  const filterStart = Date.now();
+  await page.click('a[href="javascript:showInputTable(\'CT_FilterData\')"]');
+  await page.fill('#CT_phasename', 'task 7$');
+  await page.click('#CT_userInputs input[value="Refresh"]');
+  timings.callTreeFilterMs = Date.now() - filterStart;
+  const ticked = await page.evaluate(() => CTDataView.Checked.filter((c) => c == 1).length);
+  assert.ok(ticked > 0);
+  await screenshot(page, 'large_detail_CallTree_filtered');
   assert.deepEqual(errors, []);
   await page.close();
 });

@@ -6,8 +6,8 @@ import assert from 'node:assert/strict';
 import { launch, openReport, screenshot, showTab, tabArguments } from './report_browser.mjs';
 
 const pages = {
-  'detail_time.html': ['Aggregate', 'Details', 'System Info'],
-  'detail_basicmemory.html': ['Aggregate', 'Details', 'System Info'],
+  'detail_time.html': ['Aggregate', 'Call Tree', 'Details', 'System Info'],
+  'detail_basicmemory.html': ['Aggregate', 'Call Tree', 'Details', 'System Info'],
   'difference_time.html': ['Aggregate', 'Details', 'System Info'],
   'difference_basicmemory.html': ['Aggregate', 'Details', 'System Info'],
   'aggregate_time.html': ['Aggregate', 'System Info'],
@@ -20,6 +20,7 @@ const pages = {
 
 const tabDivs = {
   'Aggregate': 'aggregateSummaryDiv',
+  'Call Tree': 'callTreeSummaryDiv',
   'Details': 'phaseSummaryDiv',
   'System Info': 'systemInfoTableDiv',
 };

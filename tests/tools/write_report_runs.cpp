@@ -9,6 +9,8 @@
 // large.hvf                         50,000 phases, for the windowed tables
 // hostile.hvf                       names and system information full of quotes, angle
 //                                   brackets, ampersands and backslashes
+// call_tree.hvf                     a tree with a loop of equal calls, equal siblings that
+//                                   differ below, a gap, a phase deep down, _self and _post
 
 #include <performance_tracer/groupings.h>
 #include <performance_tracer/logging.h>
@@ -22,6 +24,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "host/persistence.h"
@@ -168,6 +171,47 @@ void writeHostileRun(const std::filesystem::path& file) {
     save(file, info.get());
 }
 
+/// Folding and filtering material for the call tree: "step" (with "solve" inside) ten times in
+/// a row, two "worker" calls whose children differ, a wait of a second before "deep1", which
+/// holds "needle" three levels down, and a second root with a shorter loop and a "needle".
+void writeCallTreeRun(const std::filesystem::path& file) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    const auto call = [](const std::string& phase, const std::function<void()>& body) {
+        Log::orvia(phase, true);
+        body();
+        Log::orvia(phase, false);
+    };
+    const auto leaf = [&](const std::string& phase) { call(phase, [] {}); };
+    const auto loop = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            call("step", [&] { leaf("solve"); });
+        }
+    };
+    std::size_t waitBefore = 0;
+    call("main", [&] {
+        leaf("init_self");
+        leaf("init_post");
+        loop(10);
+        call("worker", [&] { leaf("a"); });
+        call("worker", [&] { leaf("b"); });
+        waitBefore = ptTracer()->_rawData->size();
+        call("deep1", [&] { call("deep2", [&] { call("deep3", [&] { leaf("needle"); }); }); });
+    });
+    call("main2", [&] {
+        loop(3);
+        leaf("needle");
+    });
+    ptEnableGlobalLogging(false);
+    stampPoints(1.0);
+    const PTRawDataVector& points = *ptTracer()->_rawData;
+    for (std::size_t i = waitBefore; i < points.size(); ++i) {
+        points[i]->_wcTime += 1.0;
+        points[i]->_cpuTime += 1.0;
+    }
+    save(file);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -184,6 +228,7 @@ int main(int argc, char** argv) {
     writeMemoryRun(folder / "memory_new.hvf", 1);
     writeLargeRun(folder / "large.hvf");
     writeHostileRun(folder / "hostile.hvf");
+    writeCallTreeRun(folder / "call_tree.hvf");
     ptClearRawData();
     return 0;
 }
