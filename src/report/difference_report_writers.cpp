@@ -57,7 +57,7 @@ bool writeDifferenceReport(PerformanceTracer& tracer, const std::string& htmlFil
 
     const int depth = std::max(left._levelCount, right._levelCount);
     file << ptHtmlDoctype() << ptHtmlHead(depth, title, true)
-         << ptHtmlBodyOpen(metric, hasDetailed, isAggregate) << ptHtmlCenterOpen()
+         << ptHtmlBodyOpen(metric, hasDetailed, isAggregate, true) << ptHtmlCenterOpen()
          << ptHtmlHeaderTable(true, metric, isAggregate);
     if (!isAggregate) {
         file << ptHtmlPhasePanel(metric, true);

@@ -32,7 +32,7 @@ std::vector<Tab> tabsOf(bool isComparison, const std::string& metric, bool isAgg
     if (!isAggregate) {
         tabs.push_back(kDetailsBar);
     }
-    if (!isAggregate && metric == "detailedmemory" && kMemChartTab) {
+    if (!isAggregate && metric == "detailedmemory" && memChartBuilt(isComparison)) {
         tabs.push_back(kMemChartBar);
     }
     tabs.push_back(kSystemInfoBar);
@@ -57,10 +57,12 @@ std::string fixedPage(const std::vector<const char*>& lines) {
 
 }  // namespace
 
-std::string ptHtmlBodyOpen(const std::string& metric, bool hasDetailed, bool isAggregate) {
+std::string ptHtmlBodyOpen(const std::string& metric, bool hasDetailed, bool isAggregate,
+                           bool isComparison) {
     // The dialogs that follow the mouse belong to the memory chart; a page without the chart
     // binds no handler that would find nothing to call.
-    const bool chart = metric == "detailedmemory" && hasDetailed && !isAggregate && kMemChartTab;
+    const bool chart =
+        metric == "detailedmemory" && hasDetailed && !isAggregate && memChartBuilt(isComparison);
     return std::string("<body onresize=\"onResizeAction()\"") +
            (chart ? " onmousemove=\"dialogMove(event)\"" : "") +
            " onload=\"ShowTable('aggregateSummary'); onResizeAction();\">\n";

@@ -49,6 +49,13 @@ std::string ptHtmlDetailScript(const std::string& metric, bool isComparison) {
     return resolvePageText(pageFile("details_tab.js"), flags) + ptHtmlScriptClose();
 }
 
+std::string ptHtmlMemChartScript(bool hasDetailed) {
+    if (!hasDetailed) {
+        return {};
+    }
+    return script(pageFile("mem_chart.js"));
+}
+
 std::string ptHtmlCallTreeScript(const std::string& metric) {
     const PageFlags flags = pageFlags({false, false, metric});
     return script(resolvePageText(pageFile("call_tree_tab.js"), flags));

@@ -8,6 +8,7 @@
 #include "host/system_info.h"
 #include "processing/selection.h"
 #include "report/fragments.h"
+#include "report/page_features.h"
 #include "report/report_file.h"
 
 namespace pt::report {
@@ -41,7 +42,7 @@ bool writeSingleReport(PerformanceTracer& tracer, const std::string& htmlFile,
     }
     const bool hasDetailed = processed._hasDetailedMem;
     file << ptHtmlDoctype() << ptHtmlHead(processed._levelCount, title, false)
-         << ptHtmlBodyOpen(metric, hasDetailed, isAggregate) << ptHtmlCenterOpen()
+         << ptHtmlBodyOpen(metric, hasDetailed, isAggregate, false) << ptHtmlCenterOpen()
          << ptHtmlHeaderTable(false, metric, isAggregate) << ptHtmlAggregateDiv();
     if (!isAggregate) {
         file << ptHtmlCallTreePanel() << ptHtmlPhasePanel(metric, false);
@@ -60,6 +61,9 @@ bool writeSingleReport(PerformanceTracer& tracer, const std::string& htmlFile,
     }
     file << ptHtmlNameArrays(tracer) << ptHtmlAggData(tracer, aggregates, metric, isAggregate)
          << ptHtmlScriptClose();
+    if (!isAggregate && metric == "detailedmemory" && memChartBuilt(false)) {
+        file << ptHtmlCanvasShell(hasDetailed) << ptHtmlMemChartScript(hasDetailed);
+    }
     return true;
 }
 

@@ -8,6 +8,7 @@ import { launch, openReport, screenshot, showTab, tabArguments } from './report_
 const pages = {
   'detail_time.html': ['Aggregate', 'Call Tree', 'Details', 'System Info'],
   'detail_basicmemory.html': ['Aggregate', 'Call Tree', 'Details', 'System Info'],
+  'detail_detailedmemory.html': ['Aggregate', 'Call Tree', 'Details', 'MemChart', 'System Info'],
   'difference_time.html': ['Aggregate', 'Details', 'System Info'],
   'difference_basicmemory.html': ['Aggregate', 'Details', 'System Info'],
   'aggregate_time.html': ['Aggregate', 'System Info'],
@@ -22,6 +23,7 @@ const tabDivs = {
   'Aggregate': 'aggregateSummaryDiv',
   'Call Tree': 'callTreeSummaryDiv',
   'Details': 'phaseSummaryDiv',
+  'MemChart': 'scrollcanvasdiv',
   'System Info': 'systemInfoTableDiv',
 };
 

@@ -35,10 +35,10 @@ TEST(PageFragments, GoldenTextOfTheFixedParts) {
     }
     text += section("bars of an Aggregate page", ptHtmlHeaderTable(false, "time", true));
     text += section("bars of an Aggregate Difference page", ptHtmlHeaderTable(true, "time", true));
-    text += section("body, time", ptHtmlBodyOpen("time", true, false));
-    text += section("body, detailed memory", ptHtmlBodyOpen("detailedmemory", true, false));
+    text += section("body, time", ptHtmlBodyOpen("time", true, false, false));
+    text += section("body, detailed memory", ptHtmlBodyOpen("detailedmemory", true, false, false));
     text += section("body, aggregate page with detailed memory",
-                    ptHtmlBodyOpen("detailedmemory", true, true));
+                    ptHtmlBodyOpen("detailedmemory", true, true, false));
     text += section("aggregate container", ptHtmlAggregateDiv());
     for (bool comparison : {false, true}) {
         for (bool aggregate : {false, true}) {
@@ -63,6 +63,7 @@ TEST(PageFragments, GoldenTextOfTheFixedParts) {
         }
     }
     text += section("Call Tree panel", ptHtmlCallTreePanel());
+    text += section("memory chart's elements", ptHtmlCanvasShell(true));
     pt::testing::expectGoldenText(PT_REPORT_GOLDEN_DIR, "page_fragments", text);
 }
 

@@ -233,6 +233,22 @@ TEST_F(ReportWriters, DepthRulesAndTheMemoryChartsHandler) {
     EXPECT_EQ(memory.find("onmousemove"), std::string::npos);
     EXPECT_NE(memory.find("var aggDataStruct = makeStruct(\"IsParent Phase Count Free"),
               std::string::npos);
+
+    // A Detail page in detailed memory binds it, and its chart stands after the data.
+    PTRawDataVector detailMemory = run();
+    ASSERT_TRUE(ptWriteDetailReport(t, path("memory_detail.html"), "GLOBAL", "GLOBAL",
+                                    "detailedmemory", true, &detailMemory, nullptr));
+    const std::string chart = read(path("memory_detail.html"));
+    expectInOrder(chart, {"onmousemove=\"dialogMove(event)\"", "ShowTable('memCanvas')",
+                          "var procData", "var aggData", "</script>", "var canvasSupport = false;",
+                          "id=\"memoryCanvasTable\"", "</script>", "<script",
+                          "function renderMemChart", "</script>"});
+    PTRawDataVector timeRun = run();
+    ASSERT_TRUE(ptWriteDetailReport(t, path("time_detail.html"), "GLOBAL", "GLOBAL", "time", true,
+                                    &timeRun, nullptr));
+    for (const char* absent : {"onmousemove", "memCanvas", "canvasSupport", "renderMemChart"}) {
+        EXPECT_EQ(read(path("time_detail.html")).find(absent), std::string::npos) << absent;
+    }
 }
 
 TEST_F(ReportWriters, SystemInformationOfEachSide) {

@@ -9,6 +9,7 @@
 // large.hvf                         50,000 phases, for the windowed tables
 // hostile.hvf                       names and system information full of quotes, angle
 //                                   brackets, ampersands and backslashes
+// memory_wide.hvf                   a 64-bit address space and a very long phase name
 // call_tree.hvf                     a tree with a loop of equal calls, equal siblings that
 //                                   differ below, a gap, a phase deep down, _self and _post
 
@@ -108,6 +109,33 @@ void writeMemoryRun(const std::filesystem::path& file, int variant) {
     Log::kestrune("transmission", "simulate", false);
     ptEnableGlobalLogging(false);
     stampPoints(variant == 0 ? 1.0 : 1.5);
+    save(file);
+}
+
+/// A 64-bit address space: free and non-process figures in the millions of MiB that hardly
+/// move, under a phase whose name is too long for the chart's labels.
+void writeWideMemoryRun(const std::filesystem::path& file) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    Log::orvia("load data", true);
+    Log::orvia(std::string("a phase whose name goes on ") + std::string(300, 'x') + " to the end",
+               true);
+    Log::orvia(std::string("a phase whose name goes on ") + std::string(300, 'x') + " to the end",
+               false);
+    for (int step = 0; step < 6; ++step) {
+        Log::kestrune("plant", "step", true);
+        Log::kestrune("plant", "step", false);
+    }
+    Log::orvia("load data", false);
+    ptEnableGlobalLogging(false);
+    stampPoints(1.0);
+    int index = 0;
+    for (const auto& point : *ptTracer()->_rawData) {
+        const double usage = (200.0 + 10 * index) * kMiB;
+        point->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
+            128e6 * kMiB - usage, 64 * kMiB, usage, 40 * kMiB, 2e6 * kMiB + index * kMiB);
+        ++index;
+    }
     save(file);
 }
 
@@ -229,6 +257,7 @@ int main(int argc, char** argv) {
     writeLargeRun(folder / "large.hvf");
     writeHostileRun(folder / "hostile.hvf");
     writeCallTreeRun(folder / "call_tree.hvf");
+    writeWideMemoryRun(folder / "memory_wide.hvf");
     ptClearRawData();
     return 0;
 }
