@@ -14,6 +14,19 @@ std::string panelLabelled(const std::string& label, const std::string& field) {
            field + "</td>";
 }
 
+std::string panelFilterTable(const char* id,
+                             const std::vector<std::pair<const char*, const char*>>& filters) {
+    std::string table = std::string("<table id=\"") + id + "\" style=\"display:none\">\n";
+    for (std::size_t i = 0; i + 1 < filters.size(); i += 2) {
+        table += "<tr>" +
+                 panelLabelled(filters[i].first, panelInput(filters[i].second, filters[i].second)) +
+                 panelLabelled(filters[i + 1].first,
+                               panelInput(filters[i + 1].second, filters[i + 1].second)) +
+                 "</tr>\n";
+    }
+    return table + "</table>\n";
+}
+
 std::string panelBlock(const char* link, const char* inputType, const char* arrow,
                        const std::string& content, const char* display) {
     std::string beside;

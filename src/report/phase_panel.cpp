@@ -10,19 +10,12 @@ namespace pt::report {
 namespace {
 
 std::string filterTable() {
-    const std::pair<const char*, const char*> filters[] = {
-        {"Phase:", "phasename"},   {"Grouping:", "groupingname"}, {"Model:", "modelname"},
-        {"Target:", "targetname"}, {"Machine:", "machinename"},   {"Chart:", "chartname"},
-    };
-    std::string table = "<table id=\"FilterData\" style=\"display:none\">\n";
-    for (std::size_t i = 0; i < std::size(filters); i += 2) {
-        table += "<tr>" +
-                 panelLabelled(filters[i].first, panelInput(filters[i].second, filters[i].second)) +
-                 panelLabelled(filters[i + 1].first,
-                               panelInput(filters[i + 1].second, filters[i + 1].second)) +
-                 "</tr>\n";
-    }
-    return table + "</table>\n";
+    return panelFilterTable("FilterData", {{"Phase:", "phasename"},
+                                           {"Grouping:", "groupingname"},
+                                           {"Model:", "modelname"},
+                                           {"Target:", "targetname"},
+                                           {"Machine:", "machinename"},
+                                           {"Chart:", "chartname"}});
 }
 
 /// A table of rank inputs, one labelled input a row.
