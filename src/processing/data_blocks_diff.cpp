@@ -17,6 +17,14 @@ using pt::blocks::text;
 constexpr std::string_view kProcFixedFields =
     "isParent HTMLPhaseNum GapRow Phase Grouping Model Target Machine Chart ";
 
+/// The basic-memory fields are the same in the rows and in the aggregates of a comparison.
+constexpr std::string_view kBasicMemoryDiffFields =
+    "LHS_UsageDelta LHS_Usage LHS_UsagePeakDelta LHS_UsagePeak "
+    "RHS_UsageDelta RHS_Usage RHS_UsagePeakDelta RHS_UsagePeak "
+    "UsageDeltaAbsDev UsageDeltaRelDev UsageDeltaBkgColor UsageAbsDev UsageRelDev "
+    "UsageBkgColor UsagePeakDeltaAbsDev UsagePeakDeltaRelDev UsagePeakDeltaBkgColor "
+    "UsagePeakAbsDev UsagePeakRelDev UsagePeakBkgColor";
+
 std::string procDiffFields(const std::string& metric) {
     std::string fields(kProcFixedFields);
     if (metric == pt::kMetricTime) {
@@ -26,12 +34,7 @@ std::string procDiffFields(const std::string& metric) {
             "WCSelfAbsDev WCSelfRelDev WCSelfBkgColor WCSCAbsDev WCSCRelDev WCSCBkgColor "
             "CPUSelfAbsDev CPUSelfRelDev CPUSelfBkgColor CPUSCAbsDev CPUSCRelDev CPUSCBkgColor";
     } else if (metric == pt::kMetricBasicMemory) {
-        fields +=
-            "LHS_UsageDelta LHS_Usage LHS_UsagePeakDelta LHS_UsagePeak "
-            "RHS_UsageDelta RHS_Usage RHS_UsagePeakDelta RHS_UsagePeak "
-            "UsageDeltaAbsDev UsageDeltaRelDev UsageDeltaBkgColor UsageAbsDev UsageRelDev "
-            "UsageBkgColor UsagePeakDeltaAbsDev UsagePeakDeltaRelDev UsagePeakDeltaBkgColor "
-            "UsagePeakAbsDev UsagePeakRelDev UsagePeakBkgColor";
+        fields += kBasicMemoryDiffFields;
     } else if (metric == pt::kMetricDetailedMemory) {
         fields +=
             "LHS_Free LHS_Reserved LHS_Committed LHS_Dlls LHS_NonProcess "
@@ -221,12 +224,7 @@ std::string aggDiffFields(const std::string& metric) {
             "LHS_WCSelf LHS_WCSelfPlusChild RHS_WCSelf RHS_WCSelfPlusChild "
             "WCSelfAbsDev WCSelfRelDev WCSelfBkgColor WCSCAbsDev WCSCRelDev WCSCBkgColor";
     } else if (metric == pt::kMetricBasicMemory) {
-        fields +=
-            "LHS_UsageDelta LHS_Usage LHS_UsagePeakDelta LHS_UsagePeak "
-            "RHS_UsageDelta RHS_Usage RHS_UsagePeakDelta RHS_UsagePeak "
-            "UsageDeltaAbsDev UsageDeltaRelDev UsageDeltaBkgColor UsageAbsDev UsageRelDev "
-            "UsageBkgColor UsagePeakDeltaAbsDev UsagePeakDeltaRelDev UsagePeakDeltaBkgColor "
-            "UsagePeakAbsDev UsagePeakRelDev UsagePeakBkgColor";
+        fields += kBasicMemoryDiffFields;
     } else if (metric == pt::kMetricDetailedMemory) {
         fields +=
             "LHS_Free LHS_Reserved LHS_Committed LHS_Dlls LHS_NonProcess "
