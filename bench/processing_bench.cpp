@@ -7,24 +7,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include "processing/random_log.h"
+#include "bench_log.h"
 
 namespace {
 
-const PTRawDataVector& logOf(std::int64_t points) {
-    static std::map<std::int64_t, PTRawDataVector> logs;
-    auto& log = logs[points];
-    if (log.empty()) {
-        std::mt19937 rng(42);
-        pt::testing::LogOptions options;
-        options.points = static_cast<int>(points);
-        options.maxDepth = 6;
-        options.startChance = 0.6;
-        options.gapChance = 0.1;
-        log = pt::testing::randomLog(rng, options);
-    }
-    return log;
-}
+const PTRawDataVector& logOf(std::int64_t points) { return pt::bench::benchLog(points, 42); }
 
 void BM_MatchingPass(benchmark::State& state) {
     const PTRawDataVector& log = logOf(state.range(0));

@@ -13,23 +13,12 @@
 
 #include <unistd.h>
 
-#include "processing/random_log.h"
+#include "bench_log.h"
 
 namespace {
 
 const PTRawDataVector& runOf(std::int64_t points, unsigned seed) {
-    static std::map<std::pair<std::int64_t, unsigned>, PTRawDataVector> runs;
-    PTRawDataVector& run = runs[{points, seed}];
-    if (run.empty()) {
-        std::mt19937 rng(seed);
-        pt::testing::LogOptions options;
-        options.points = static_cast<int>(points);
-        options.maxDepth = 6;
-        options.startChance = 0.6;
-        options.gapChance = 0.1;
-        run = pt::testing::randomLog(rng, options);
-    }
-    return run;
+    return pt::bench::benchLog(points, seed);
 }
 
 /// The same run, every time stretched by 7%, as a slower build of the same workload logs it.
