@@ -57,7 +57,7 @@ bool writeDifferenceReport(PerformanceTracer& tracer, const std::string& htmlFil
 
     const int depth = std::max(left._levelCount, right._levelCount);
     file << ptHtmlDoctype() << ptHtmlHead(depth, title, true)
-         << ptHtmlBodyOpen(metric, hasDetailed, isAggregate, true) << ptHtmlCenterOpen()
+         << ptHtmlBodyOpen(metric, hasDetailed, isAggregate) << ptHtmlCenterOpen()
          << ptHtmlHeaderTable(true, metric, isAggregate);
     if (!isAggregate) {
         file << ptHtmlPhasePanel(metric, true);
@@ -80,6 +80,9 @@ bool writeDifferenceReport(PerformanceTracer& tracer, const std::string& htmlFil
     file << ptHtmlScriptOpen() << ptHtmlNameArrays(tracer)
          << ptHtmlAggDiffData(tracer, aggregatePairs, metric, lhsLabel, rhsLabel)
          << ptHtmlScriptClose();
+    if (!isAggregate && metric == "detailedmemory") {
+        file << ptHtmlCanvasShellDiff(hasDetailed) << ptHtmlMemChartDiffScript(hasDetailed);
+    }
     return true;
 }
 

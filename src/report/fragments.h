@@ -19,8 +19,7 @@ std::string ptHtmlDoctype();
 std::string ptHtmlHead(int depth, const std::string& title, bool isComparison);
 std::string ptHtmlPhaseDepthStyles(int depth);
 /// The body's open tag; the mouse handler only where a page has the memory chart.
-std::string ptHtmlBodyOpen(const std::string& metric, bool hasDetailed, bool isAggregate,
-                           bool isComparison);
+std::string ptHtmlBodyOpen(const std::string& metric, bool hasDetailed, bool isAggregate);
 std::string ptHtmlCenterOpen();
 std::string ptHtmlCenterClose();
 std::string ptHtmlBodyClose();
@@ -60,10 +59,12 @@ std::string ptHtmlCallTreeScript(const std::string& metric);
 /// The call tree of the rows, built and folded, as the page's nodeArray and callTreeArray.
 std::string ptHtmlCallTreeData(const PTProcessedData& data);
 /// The memory chart's elements, written by a script that first tests for canvases; empty
-/// without detailed statistics.
+/// without detailed statistics. The Diff forms are the Difference page's chart of two runs.
 std::string ptHtmlCanvasShell(bool hasDetailed);
+std::string ptHtmlCanvasShellDiff(bool hasDetailed);
 /// The memory chart's script, an element of its own.
 std::string ptHtmlMemChartScript(bool hasDetailed);
+std::string ptHtmlMemChartDiffScript(bool hasDetailed);
 /// The name arrays of the page, from the tracer's tables.
 std::string ptHtmlNameArrays(PerformanceTracer& tracer);
 std::string ptHtmlNameArray(PerformanceTracer& tracer, std::uint32_t kind);

@@ -2,7 +2,6 @@
 // and the fixed pages that stand in for a report that cannot be made.
 
 #include "report/fragments.h"
-#include "report/page_features.h"
 
 #include <string_view>
 #include <vector>
@@ -26,13 +25,13 @@ constexpr Tab kSystemInfoBar = {"System Info", "sysInfoHeader", "systemInfo"};
 /// The tabs of a page in their order.
 std::vector<Tab> tabsOf(bool isComparison, const std::string& metric, bool isAggregate) {
     std::vector<Tab> tabs = {kAggregateBar};
-    if (!isAggregate && !isComparison && kCallTreeTab) {
+    if (!isAggregate && !isComparison) {
         tabs.push_back(kCallTreeBar);
     }
     if (!isAggregate) {
         tabs.push_back(kDetailsBar);
     }
-    if (!isAggregate && metric == "detailedmemory" && memChartBuilt(isComparison)) {
+    if (!isAggregate && metric == "detailedmemory") {
         tabs.push_back(kMemChartBar);
     }
     tabs.push_back(kSystemInfoBar);
@@ -57,12 +56,10 @@ std::string fixedPage(const std::vector<const char*>& lines) {
 
 }  // namespace
 
-std::string ptHtmlBodyOpen(const std::string& metric, bool hasDetailed, bool isAggregate,
-                           bool isComparison) {
+std::string ptHtmlBodyOpen(const std::string& metric, bool hasDetailed, bool isAggregate) {
     // The dialogs that follow the mouse belong to the memory chart; a page without the chart
     // binds no handler that would find nothing to call.
-    const bool chart =
-        metric == "detailedmemory" && hasDetailed && !isAggregate && memChartBuilt(isComparison);
+    const bool chart = metric == "detailedmemory" && hasDetailed && !isAggregate;
     return std::string("<body onresize=\"onResizeAction()\"") +
            (chart ? " onmousemove=\"dialogMove(event)\"" : "") +
            " onload=\"ShowTable('aggregateSummary'); onResizeAction();\">\n";

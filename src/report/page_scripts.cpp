@@ -53,7 +53,16 @@ std::string ptHtmlMemChartScript(bool hasDetailed) {
     if (!hasDetailed) {
         return {};
     }
-    return script(pageFile("mem_chart.js"));
+    return script(std::string(pageFile("mem_chart_common.js")) +
+                  std::string(pageFile("mem_chart.js")));
+}
+
+std::string ptHtmlMemChartDiffScript(bool hasDetailed) {
+    if (!hasDetailed) {
+        return {};
+    }
+    return script(std::string(pageFile("mem_chart_common.js")) +
+                  std::string(pageFile("mem_chart_diff.js")));
 }
 
 std::string ptHtmlCallTreeScript(const std::string& metric) {

@@ -4,8 +4,6 @@
 #include <stdexcept>
 #include <vector>
 
-#include "report/page_features.h"
-
 namespace pt::report {
 
 namespace {
@@ -195,9 +193,8 @@ PageFlags pageFlags(const PageKind& kind) {
         {"single", !kind.comparison},
         {"aggregatePage", kind.aggregatePage},
         {"detailsTab", detailsTab},
-        {"callTreeTab", detailsTab && !kind.comparison && kCallTreeTab},
-        {"memChartTab",
-         detailsTab && kind.metric == "detailedmemory" && memChartBuilt(kind.comparison)},
+        {"callTreeTab", detailsTab && !kind.comparison},
+        {"memChartTab", detailsTab && kind.metric == "detailedmemory"},
         {"time", kind.metric == "time"},
         {"basicmemory", kind.metric == "basicmemory"},
         {"detailedmemory", kind.metric == "detailedmemory"},

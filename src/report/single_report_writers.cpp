@@ -8,7 +8,6 @@
 #include "host/system_info.h"
 #include "processing/selection.h"
 #include "report/fragments.h"
-#include "report/page_features.h"
 #include "report/report_file.h"
 
 namespace pt::report {
@@ -42,7 +41,7 @@ bool writeSingleReport(PerformanceTracer& tracer, const std::string& htmlFile,
     }
     const bool hasDetailed = processed._hasDetailedMem;
     file << ptHtmlDoctype() << ptHtmlHead(processed._levelCount, title, false)
-         << ptHtmlBodyOpen(metric, hasDetailed, isAggregate, false) << ptHtmlCenterOpen()
+         << ptHtmlBodyOpen(metric, hasDetailed, isAggregate) << ptHtmlCenterOpen()
          << ptHtmlHeaderTable(false, metric, isAggregate) << ptHtmlAggregateDiv();
     if (!isAggregate) {
         file << ptHtmlCallTreePanel() << ptHtmlPhasePanel(metric, false);
@@ -61,7 +60,7 @@ bool writeSingleReport(PerformanceTracer& tracer, const std::string& htmlFile,
     }
     file << ptHtmlNameArrays(tracer) << ptHtmlAggData(tracer, aggregates, metric, isAggregate)
          << ptHtmlScriptClose();
-    if (!isAggregate && metric == "detailedmemory" && memChartBuilt(false)) {
+    if (!isAggregate && metric == "detailedmemory") {
         file << ptHtmlCanvasShell(hasDetailed) << ptHtmlMemChartScript(hasDetailed);
     }
     return true;

@@ -4,9 +4,7 @@
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
-import { writeFileSync } from 'node:fs';
-import { join } from 'node:path';
-import { launch, openReport, reports, screenshot, showTab } from './report_browser.mjs';
+import { launch, openReport, recordTimings, screenshot, showTab } from './report_browser.mjs';
 
 let browser;
 before(async () => { browser = await launch(); });
@@ -124,5 +122,5 @@ test('the aggregate strip of a long table re-fills its rows too', async () => {
   });
   assert.deepEqual(errors, []);
   await page.close();
-  writeFileSync(join(reports, 'timings.json'), JSON.stringify(timings, null, 1) + '\n');
+  recordTimings(timings);
 });

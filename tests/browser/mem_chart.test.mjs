@@ -4,37 +4,12 @@
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
-import { readFileSync, writeFileSync, existsSync } from 'node:fs';
-import { join } from 'node:path';
-import { launch, reports, screenshot, showTab } from './report_browser.mjs';
+import { launch, screenshot, showTab, openChart as openChartIn, printedOn, recordTimings } from './report_browser.mjs';
 
 let browser;
 before(async () => { browser = await launch(); });
+const openChart = (...args) => openChartIn(browser, ...args);
 after(async () => { await browser.close(); });
-
-/// A report whose canvases record every text they print in window.printed; prepare runs in the
-/// page once its scripts are parsed, before the chart is drawn.
-async function openChart(name, prepare = null, viewport = { width: 1280, height: 1000 }) {
-  const page = await browser.newPage({ viewport });
-  const errors = [];
-  page.on('pageerror', (error) => errors.push(error.message));
-  page.on('console', (message) => { if (message.type() === 'error') errors.push(message.text()); });
-  await page.addInitScript((source) => {
-    window.printed = [];
-    const fillText = CanvasRenderingContext2D.prototype.fillText;
-    CanvasRenderingContext2D.prototype.fillText = function (text, x, y) {
-      window.printed.push({ canvas: this.canvas.id, text: String(text) });
-      return fillText.apply(this, arguments);
-    };
-    if (source) document.addEventListener('DOMContentLoaded', new Function(source));
-  }, prepare);
-  await page.goto('file://' + join(reports, name));
-  await page.waitForFunction(() => document.readyState === 'complete');
-  return { page, errors };
-}
-
-const printedOn = (page, canvas) =>
-  page.evaluate((id) => window.printed.filter((p) => p.canvas === id).map((p) => p.text), canvas);
 
 /// The colour of a pixel of the scrolling canvas, x and y from its top left.
 const pixel = (page, x, y) => page.evaluate(([px, py]) => {
@@ -220,10 +195,7 @@ test('50,000 rows: the first chart and the redraw of a scrolled window', async (
   await page.$eval('#fakecanvasdiv', (div) => { div.scrollLeft = div.scrollWidth / 2; });
   await page.waitForFunction(() => firstVisibleRow > 20000);
   await screenshot(page, 'large_detailedmemory_MemChart_scrolled');
-  const file = join(reports, 'timings.json');
-  const timings = existsSync(file) ? JSON.parse(readFileSync(file, 'utf8')) : {};
-  Object.assign(timings, { memChartLoadToChartMs: loadToChartMs, memChartRedrawMs: redrawMs });
-  writeFileSync(file, JSON.stringify(timings, null, 1) + '\n');
+  recordTimings({ memChartLoadToChartMs: loadToChartMs, memChartRedrawMs: redrawMs });
   assert.deepEqual(errors, []);
   await page.close();
 });

@@ -11,6 +11,7 @@ const pages = {
   'detail_detailedmemory.html': ['Aggregate', 'Call Tree', 'Details', 'MemChart', 'System Info'],
   'difference_time.html': ['Aggregate', 'Details', 'System Info'],
   'difference_basicmemory.html': ['Aggregate', 'Details', 'System Info'],
+  'difference_detailedmemory.html': ['Aggregate', 'Details', 'MemChart', 'System Info'],
   'aggregate_time.html': ['Aggregate', 'System Info'],
   'aggregate_basicmemory.html': ['Aggregate', 'System Info'],
   'aggregate_detailedmemory.html': ['Aggregate', 'System Info'],
@@ -26,6 +27,9 @@ const tabDivs = {
   'MemChart': 'scrollcanvasdiv',
   'System Info': 'systemInfoTableDiv',
 };
+// The difference chart's graph stands for its tab.
+const tabDiv = (name, tab) =>
+  tab === 'MemChart' && name.startsWith('difference') ? 'absDevCanvasDiffDiv' : tabDivs[tab];
 
 let browser;
 before(async () => { browser = await launch(); });
@@ -47,9 +51,9 @@ for (const [name, tabs] of Object.entries(pages)) {
         if (from === to) continue;
         await page.evaluate((argument) => ShowTable(argument), tabArguments[from]);
         await showTab(page, to);
-        assert.equal(await page.isVisible('#' + tabDivs[to]), true, `${from} -> ${to}`);
+        assert.equal(await page.isVisible('#' + tabDiv(name, to)), true, `${from} -> ${to}`);
         for (const other of tabs.filter((tab) => tab !== to)) {
-          assert.equal(await page.isVisible('#' + tabDivs[other]), false, `${other} hidden`);
+          assert.equal(await page.isVisible('#' + tabDiv(name, other)), false, `${other} hidden`);
         }
       }
     }

@@ -3,7 +3,7 @@
 
 import { chromium } from 'playwright-core';
 import assert from 'node:assert/strict';
-import { existsSync, mkdirSync } from 'node:fs';
+import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 
 export const reports = process.env.PT_REPORTS;
@@ -20,15 +20,14 @@ export async function launch() {
 
 /// A report opened on its first tab; errors holds every uncaught script error of the page.
 export async function openReport(browser, name, viewport = { width: 1280, height: 900 }) {
-  const page = await browser.newPage({ viewport });
-  const errors = [];
-  page.on('pageerror', (error) => errors.push(error.message));
-  page.on('console', (message) => {
-    if (message.type() === 'error') errors.push(message.text());
-  });
-  await page.goto('file://' + join(reports, name));
-  await page.waitForFunction(() => document.readyState === 'complete');
-  return { page, errors };
+  return openChart(browser, name, null, viewport);
+}
+
+/// Adds figures to timings.json beside the reports.
+export function recordTimings(figures) {
+  const file = join(reports, 'timings.json');
+  const timings = existsSync(file) ? JSON.parse(readFileSync(file, 'utf8')) : {};
+  writeFileSync(file, JSON.stringify(Object.assign(timings, figures), null, 1) + '\n');
 }
 
 export async function screenshot(page, name) {
@@ -54,3 +53,27 @@ export async function showTab(page, label) {
   await bar.locator(`a:text-is("${label}")`).click();
   await page.waitForFunction((argument) => activeTab === argument, tabArguments[label]);
 }
+
+/// A report whose canvases record every text they print in window.printed; prepare runs in the
+/// page once its scripts are parsed, before the chart is drawn.
+export async function openChart(browser, name, prepare = null, viewport = { width: 1280, height: 1000 }) {
+  const page = await browser.newPage({ viewport });
+  const errors = [];
+  page.on('pageerror', (error) => errors.push(error.message));
+  page.on('console', (message) => { if (message.type() === 'error') errors.push(message.text()); });
+  await page.addInitScript((source) => {
+    window.printed = [];
+    const fillText = CanvasRenderingContext2D.prototype.fillText;
+    CanvasRenderingContext2D.prototype.fillText = function (text, x, y) {
+      window.printed.push({ canvas: this.canvas.id, text: String(text) });
+      return fillText.apply(this, arguments);
+    };
+    if (source) document.addEventListener('DOMContentLoaded', new Function(source));
+  }, prepare);
+  await page.goto('file://' + join(reports, name));
+  await page.waitForFunction(() => document.readyState === 'complete');
+  return { page, errors };
+}
+
+export const printedOn = (page, canvas) =>
+  page.evaluate((id) => window.printed.filter((p) => p.canvas === id).map((p) => p.text), canvas);

@@ -35,10 +35,10 @@ TEST(PageFragments, GoldenTextOfTheFixedParts) {
     }
     text += section("bars of an Aggregate page", ptHtmlHeaderTable(false, "time", true));
     text += section("bars of an Aggregate Difference page", ptHtmlHeaderTable(true, "time", true));
-    text += section("body, time", ptHtmlBodyOpen("time", true, false, false));
-    text += section("body, detailed memory", ptHtmlBodyOpen("detailedmemory", true, false, false));
+    text += section("body, time", ptHtmlBodyOpen("time", true, false));
+    text += section("body, detailed memory", ptHtmlBodyOpen("detailedmemory", true, false));
     text += section("body, aggregate page with detailed memory",
-                    ptHtmlBodyOpen("detailedmemory", true, true, false));
+                    ptHtmlBodyOpen("detailedmemory", true, true));
     text += section("aggregate container", ptHtmlAggregateDiv());
     for (bool comparison : {false, true}) {
         for (bool aggregate : {false, true}) {
@@ -64,6 +64,7 @@ TEST(PageFragments, GoldenTextOfTheFixedParts) {
     }
     text += section("Call Tree panel", ptHtmlCallTreePanel());
     text += section("memory chart's elements", ptHtmlCanvasShell(true));
+    text += section("difference memory chart's elements", ptHtmlCanvasShellDiff(true));
     pt::testing::expectGoldenText(PT_REPORT_GOLDEN_DIR, "page_fragments", text);
 }
 

@@ -243,6 +243,16 @@ TEST_F(ReportWriters, DepthRulesAndTheMemoryChartsHandler) {
                           "var procData", "var aggData", "</script>", "var canvasSupport = false;",
                           "id=\"memoryCanvasTable\"", "</script>", "<script",
                           "function renderMemChart", "</script>"});
+    // So does a Difference page, with the chart of two runs in the same place.
+    PTRawDataVector leftMemory = run(), rightMemory = run();
+    ASSERT_TRUE(ptWriteDifferenceReport(t, path("memory_diff.html"), "GLOBAL", "LHS", "RHS",
+                                        &leftMemory, &rightMemory, nullptr, nullptr,
+                                        "detailedmemory"));
+    expectInOrder(
+        read(path("memory_diff.html")),
+        {"onmousemove=\"dialogMove(event)\"", "ShowTable('memCanvas')", "var procData",
+         "var aggData", "</script>", "var canvasSupport = false;", "id=\"absDevCanvasDiffDiv\"",
+         "</script>", "<script", "colorsShaded", "function renderMemChart", "</script>"});
     PTRawDataVector timeRun = run();
     ASSERT_TRUE(ptWriteDetailReport(t, path("time_detail.html"), "GLOBAL", "GLOBAL", "time", true,
                                     &timeRun, nullptr));

@@ -4,69 +4,18 @@
 // belongs to fakecanvasdiv, whose empty canvas is as wide as the whole chart, and scrolling it
 // redraws the one window-wide canvas.
 
-        // Free, Reserved, Committed, Dlls, Non-process.
-        var colors = ['#7AEE3C', '#FFC8C8', '#EC0033', '#FFA500', '#666666'];
-        var legendTexts = ['Free', 'Reserved', 'Committed', 'Dlls', 'Non-process'];
-
         var marginLeft = 90;
         var marginTop = 80;
         var numTicksY = 11;
-        var defaultNumTicksY = 2;
-        var yTickLabelSpacing = 10;
-        var columnWidth = 23;
-        var tickLengthX = 5;
-        var tickLengthY = 5;
-        var boxSideLength = 10;
-        var eventLabelVertSpacing = 15;
-        var eventLabelRotate = 75;
         var canvasDivHeight = 430;
-        var minWindowWidth = 916;
-        var tickLabelFontSize = 10;
-        var maxLabelHeight = 550;
-        var enlargeCanvasArea = 200;
-        var multiplier1 = 1.3;
-        var multiplier2 = 0.85;
-        var legendFont = '12px Sans-Serif';
-        var yLabelFont = '14pt Sans-Serif';
-        var eventLabelFont = '12px Sans-Serif';
-        var sin75 = Math.sin(eventLabelRotate * Math.PI / 180);
-        var cos75 = Math.cos(eventLabelRotate * Math.PI / 180);
+        var outlineSuffixes = [''];
 
         var x_locked = null, x_scroll = null, ctx_locked = null, ctx_scroll = null;
-        var windowWidth = 0;
-        var dataLen = 0;
-        var phasesToRender = 0;
-        var extraPaddingW = 0;
-        var xticks = new Array(), leftX = new Array(), rightX = new Array();
-        var bEllipsed = new Array();
-        var unellipsedPhaseNames = new Array();
-        var visiblePhaseLengths = new Array();
         var max = 0;
         var nonProcessZoom = 0;
         var freeMemZoom = 0;
-        var someOutlineDivIsVisible = false;
-        var registeredPhaseOutlines = new Array();
         var visiblePhaseNames = new Array(), visibleKernelRes = new Array(), visibleFree = new Array(),
             visibleOtherUsed = new Array(), visibleHeapCom = new Array(), visibleHeapRes = new Array();
-        var savedOutlineDivIds = new Array();
-        var savedPopupDivIds = new Array();
-        var zeroBasedIndicesOfClickedPhase = new Array();
-        var availablePopupIndices = new Array();
-        // The first row of procData in the window, and whether the window reaches the end.
-        var firstVisibleRow = 0;
-        var chartAtEnd = false;
-        var activeMinInd = -1;
-        var dialogIsClicked = false, clickedDialogId = '';
-        var dialogLeft = 0, dialogTop = 0, dialogCursorX = 0, dialogCursorY = 0;
-
-        // Few phases fill the screen.
-        var screenW = 5000;
-        if (parseInt(navigator.appVersion) > 3) {
-            screenW = screen.width;
-        }
-        if (columnWidth * procData.length < screenW && procData.length > 0) {
-            columnWidth = Math.ceil(screenW / procData.length);
-        }
 
         // y upward from the canvas's bottom.
         function cart(imageCoord) {
@@ -80,70 +29,6 @@
 
         function myfillText(ctx, text, x, y) {
             ctx.fillText(text, x, cart(y));
-        }
-
-        function removeItems(array, item) {
-            for (var i = 0; i < array.length; i++) {
-                if (array[i] == item) {
-                    array.splice(i, 1);
-                    return;
-                }
-            }
-        }
-
-        function getPageEventCoords(evt) {
-            if (evt.pageX != undefined) {
-                return {'x': evt.pageX, 'y': evt.pageY};
-            }
-            return {'x': evt.clientX + document.body.scrollLeft + document.documentElement.scrollLeft,
-                    'y': evt.clientY + document.body.scrollTop + document.documentElement.scrollTop};
-        }
-
-        function getDocHeight() {
-            var body = document.body, root = document.documentElement;
-            return Math.max(body.scrollHeight, root.scrollHeight, body.offsetHeight,
-                            root.offsetHeight, body.clientHeight, root.clientHeight);
-        }
-
-        // A figure as the axis and the popups print it: from 10000 on in the e3 ... e12 form.
-        function chartNumber(value) {
-            return value >= 10000 ? createScientificNotation(value) : String(Math.round(value));
-        }
-
-        function realRows() {
-            return procData.length - numBlankData;
-        }
-
-        // The label of a row: its phase, then its model, target, machine and chart where it has
-        // them, joined by '/'.
-        function phaseLabel(record) {
-            if (record.Phase < 0) {
-                return '';
-            }
-            var label = Phase[record.Phase];
-            var parts = [['Model', Model, ModelLengths], ['Target', Target, TargetLengths],
-                         ['Machine', Machine, MachineLengths], ['Chart', Chart, ChartLengths]];
-            for (var p = 0; p < parts.length; p++) {
-                if (record[parts[p][0]] >= 0) {
-                    label += '/' + parts[p][1][record[parts[p][0]]];
-                }
-            }
-            return label;
-        }
-
-        function labelLength(record) {
-            if (record.Phase < 0) {
-                return 0;
-            }
-            var length = PhaseLengths[record.Phase] || 0;
-            var parts = [['Model', ModelLengths], ['Target', TargetLengths],
-                         ['Machine', MachineLengths], ['Chart', ChartLengths]];
-            for (var p = 0; p < parts.length; p++) {
-                if (record[parts[p][0]] >= 0) {
-                    length += (parts[p][1][record[parts[p][0]]] || 0) + 10;
-                }
-            }
-            return length;
         }
 
         // A column of the window: the labels ('phases') or a start figure of each row; rows in
@@ -225,27 +110,6 @@
             ctx_scroll.stroke();
         }
 
-        function drawLegendBoxes() {
-            var legend = document.getElementById('legendCanvas');
-            if (!legend) {
-                return;
-            }
-            var ctx = legend.getContext('2d');
-            ctx.font = legendFont;
-            var leftIndent = 100;
-            for (var c = 0; c < colors.length; c++) {
-                ctx.fillStyle = colors[c];
-                ctx.fillRect(leftIndent, 15, boxSideLength, boxSideLength);
-                ctx.fillStyle = 'black';
-                ctx.fillText(legendTexts[c], leftIndent + 18, 24);
-                leftIndent += 18 + ctx.measureText(legendTexts[c]).width + 30;
-            }
-        }
-
-        function fontHeight(size) {
-            return size <= 10 ? 6 : (size <= 12 ? 9 : 10);
-        }
-
         // The y-axis on the locked canvas: ticks, and labels of the figures or of the zoom.
         function drawYticks() {
             var count = max > 0 ? numTicksY : defaultNumTicksY;
@@ -322,23 +186,6 @@
             someOutlineDivIsVisible = false;
         }
 
-        function chartIsVisible() {
-            var table = document.getElementById('memoryCanvasTable');
-            return table && table.style.visibility != 'hidden';
-        }
-
-        // The popup of a column, by the row it was opened on; null when there is none.
-        function popupsOpen() {
-            var open = new Array();
-            for (var n = 100; n >= 1; n--) {
-                var popup = document.getElementById('popupDiv' + n);
-                if (popup && popup.style.zIndex >= 1000 && popup.ptRow != undefined) {
-                    open.push(popup);
-                }
-            }
-            return open;
-        }
-
         // Draws the window of rows begin..end: columns, labels, and the outlines of the columns
         // whose popups are open. Returns whether the window reaches the end of the data.
         function render(begin, end) {
@@ -362,12 +209,6 @@
             ctx_scroll.font = eventLabelFont;
             // A cut label ends in '...' and stays inside the room above the graph.
             var fitWidth = Math.max(0, (marginTop - eventLabelVertSpacing - 5) / sin75);
-            var fitLabel = function(label) {
-                while (label.length > 3 && ctx_scroll.measureText(label).width > fitWidth) {
-                    label = label.slice(0, Math.max(0, label.length - 4)) + '...';
-                }
-                return label;
-            };
             bEllipsed = new Array();
             for (var i = 0; i < visiblePhaseNames.length; i++) {
                 var text = visiblePhaseNames[i];
@@ -378,8 +219,8 @@
                 ctx_scroll.fillStyle = 'black';
                 if (multiplier1 * visiblePhaseLengths[i] > maxStringLength ||
                     ctx_scroll.measureText(text).width > fitWidth) {
-                    var cut = fitLabel(modifyStrToShow('Combined', text,
-                                                       Math.min(fitWidth, maxStringLength * multiplier2)));
+                    var cut = fitLabel(ctx_scroll, modifyStrToShow('Combined', text,
+                                                       Math.min(fitWidth, maxStringLength * multiplier2)), fitWidth);
                     if (cut.indexOf('...') != -1) {
                         ctx_scroll.fillStyle = 'blue';
                         bEllipsed[i] = true;
@@ -394,25 +235,13 @@
             }
             ctx_scroll.fillStyle = 'black';
             // Open popups keep their columns outlined while the chart scrolls.
-            var open = popupsOpen();
-            for (var p = 0; p < open.length; p++) {
-                var alias = open[p].ptRow - begin;
-                if (alias < 0 || alias >= xticks.length) {
-                    continue;
+            bindPopupsToColumns(begin, function(alias) {
+                var outline = document.getElementById('outlineDiv' + alias);
+                if (outline && chartIsVisible()) {
+                    outline.style.display = 'block';
+                    someOutlineDivIsVisible = true;
                 }
-                if (chartIsVisible()) {
-                    var outline = document.getElementById('outlineDiv' + alias);
-                    if (outline) {
-                        outline.style.display = 'block';
-                        someOutlineDivIsVisible = true;
-                    }
-                }
-                var close = document.getElementById('popupClose' + open[p].ptNumber);
-                if (close) {
-                    close.setAttribute('onclick', "clearDiv('" + open[p].ptNumber + "', " +
-                                       open[p].ptRow + ', ' + alias + ')');
-                }
-            }
+            });
             if (endOfScroll) {
                 var lastReal = realRows() - begin;
                 if (lastReal >= 0 && lastReal < xticks.length) {
@@ -442,10 +271,6 @@
             document.getElementById('fakecanvasdiv').style.width = width;
         }
 
-        function windowInnerWidth() {
-            return window.innerWidth || document.body.clientWidth;
-        }
-
         function renderMemChart() {
             x_locked = document.getElementById('lockedcanvas');
             x_scroll = document.getElementById('scrollcanvas');
@@ -464,14 +289,7 @@
             document.getElementById('fakecanvas').width = Math.max(1, wanted - marginLeft);
             x_scroll.width = windowWidth + 100;
 
-            // Blank records let the last columns scroll into view; the tables never show them.
-            numBlankData = Math.max(4, Math.ceil((extraPaddingW + 3) / columnWidth + 1));
-            for (var b = 0; b < numBlankData; b++) {
-                procData.push(new dataStruct(0, '0', 0, -1, -1, -1, -1, -1, -1, 0, 0, 0, 0, 0, 0,
-                                             0, 0, 0, 0, 0, 0, ' ', 0, 0, ' ', 0, 0, ' ', 0, 0,
-                                             ' ', 0, 0, ' '));
-            }
-            dataLen = procData.length;
+            appendBlankRecords();
 
             // Room for the slanted labels.
             maxLabelHeight -= enlargeCanvasArea;
@@ -513,7 +331,7 @@
                 max = Math.max(max, sum);
             }
             drawTopTicks();
-            drawLegendBoxes();
+            drawLegendBoxes('legendCanvas', 100);
 
             // Address spaces whose free and non-process figures are huge and nearly constant
             // show the part that moves.
@@ -540,11 +358,7 @@
             drawYTitle();
 
             var holder = document.getElementById('tableCanvasDiv');
-            var popups = '';
-            for (var n = 1; n <= 100; n++) {
-                popups += '<div id="popupDiv' + n + '"></div>';
-                availablePopupIndices.push(n);
-            }
+            var popups = popupDivsMarkup();
             var outlines = '';
             for (var o = 0; o < xticks.length; o++) {
                 var left = o == 0 ? xticks[0] + marginLeft + 10 : xticks[o] + marginLeft + 10 - columnWidth / 2;
@@ -630,18 +444,6 @@
             activeMinInd = nearest >= 0 && bEllipsed[nearest] && at.y < pointerLimits().top ? nearest : -1;
         }
 
-        function nearestTick(x) {
-            var best = -1, bestDistance = 1000;
-            for (var i = 0; i < xticks.length; i++) {
-                var distance = Math.abs(xticks[i] - x);
-                if (distance < bestDistance) {
-                    best = i;
-                    bestDistance = distance;
-                }
-            }
-            return best;
-        }
-
         // A click on a column opens a popup with its figures.
         function statsPopup(event) {
             var at = getPageEventCoords(event);
@@ -668,34 +470,15 @@
                 return;
             }
             var number = availablePopupIndices.pop();
-            var popup = document.getElementById('popupDiv' + number);
-            var left = X + marginLeft + 8;
-            if (left + 180 > window.innerWidth) {
-                left = window.innerWidth - 180;
-            }
-            var top = at.y;
-            if (top + 270 > getDocHeight()) {
-                top = getDocHeight() - 270;
-            }
-            popup.style.cssText = 'z-index:-1000; width:0px; height:0px; overflow:visible; ' +
-                'position:absolute; background:white; left:' + left + 'px; top:' + top + 'px';
-            popup.onselectstart = function() { return false; };
-            popup.onmousedown = function() { return false; };
+            var popup = placePopup(number, X + marginLeft + 8, at.y);
             var row = firstVisibleRow + minIndAlias;
-            zeroBasedIndicesOfClickedPhase.push(row);
             var texts = new Array();
             for (var f = 0; f < figures.length; f++) {
                 var value = Math.round(figures[f] * 100) / 100;
                 texts.push(f == 0 || f == 4 ? chartNumber(value) : value.toFixed(2));
             }
-            var html = '<p style="font-size:0px; display:none">' + escapeMarkup(name) + '</p>' +
-                '<table class="dataTable popupTable" border="1" cellpadding="5" style="background:white">' +
-                '<tr style="background:#C0C0C0"><td style="cursor:move" ' +
-                'onmousedown="dialogButtonDown(event, \'popupDiv' + number + '\')" ' +
-                'onmouseup="dialogButtonUp(event, \'popupDiv' + number + '\')"><b>Memory statistics</b></td>' +
-                '<td><div id="popupClose' + number + '" style="cursor:pointer" ' +
-                'onmouseover="this.style.color=\'white\'" onmouseout="this.style.color=\'black\'" ' +
-                'onclick="clearDiv(\'' + number + '\', ' + row + ', ' + minIndAlias + ')">X</div></td></tr>' +
+            var html = '<table class="dataTable popupTable" border="1" cellpadding="5" style="background:white">' +
+                popupTitleRow(number, row, minIndAlias, 2) +
                 '<tr><td colspan="2">' + escapeMarkup(name.split('/').join(' / ')) + '<table>';
             for (var c = 0; c < legendTexts.length; c++) {
                 html += '<tr><td class="popupHeader" style="background:' + colors[c] +
@@ -703,122 +486,27 @@
                     '</td><td style="text-align:right">' + texts[c] + '</td></tr>';
             }
             html += '</table></td></tr></table>';
-            popup.innerHTML = html;
-            popup.style.zIndex = '1000';
-            popup.ptRow = row;
-            popup.ptNumber = number;
+            openPopup(popup, number, row, name, html);
             var outline = document.getElementById('outlineDiv' + minIndAlias);
             if (outline) {
                 outline.style.display = 'block';
             }
-            registeredPhaseOutlines.push(name);
             someOutlineDivIsVisible = true;
         }
 
         // Closes popup divID opened on a row; its index is free again, the last freed first.
         function clearDiv(divID, zeroBasedIndexOfClickedPhase, minIndAlias) {
-            var popup = document.getElementById('popupDiv' + divID);
-            if (!popup) {
+            if (!closePopup(divID, zeroBasedIndexOfClickedPhase)) {
                 return;
             }
-            var named = popup.getElementsByTagName('p');
-            if (named.length > 0) {
-                removeItems(registeredPhaseOutlines, named[0].textContent);
-            }
-            popup.innerHTML = '';
-            popup.style.zIndex = '-1000';
-            popup.style.cursor = 'auto';
-            popup.ptRow = undefined;
-            availablePopupIndices.push(Number(divID));
             var outline = document.getElementById('outlineDiv' + (zeroBasedIndexOfClickedPhase - firstVisibleRow));
             if (outline) {
                 outline.style.display = 'none';
             }
-            removeItems(zeroBasedIndicesOfClickedPhase, zeroBasedIndexOfClickedPhase);
-        }
-
-        function dialogButtonDown(event, popupID) {
-            var dialog = document.getElementById(popupID);
-            dialogIsClicked = true;
-            clickedDialogId = popupID;
-            dialog.style.zIndex = '1001';
-            var at = getPageEventCoords(event);
-            dialogLeft = parseInt(dialog.style.left) || 0;
-            dialogTop = parseInt(dialog.style.top) || 0;
-            dialogCursorX = at.x - marginLeft - 10;
-            dialogCursorY = at.y;
-        }
-
-        function dialogMove(event) {
-            if (!dialogIsClicked) {
-                return;
-            }
-            var dialog = document.getElementById(clickedDialogId);
-            var at = getPageEventCoords(event);
-            dialog.style.left = (dialogLeft + (at.x - marginLeft - 10) - dialogCursorX) + 'px';
-            dialog.style.top = (dialogTop + at.y - dialogCursorY) + 'px';
-        }
-
-        function dialogButtonUp(event, popupID) {
-            dialogIsClicked = false;
         }
 
         var chartDivs = ['scrollcanvasdiv', 'lockedcanvasdiv', 'fakecanvasdiv', 'legendCanvasDiv'];
 
-        // Leaving the tab: open popups and outlines are kept for the way back.
-        function hideMemChart() {
-            var table = document.getElementById('memoryCanvasTable');
-            if (!table) {
-                return;
-            }
-            if (table.style.visibility != 'hidden') {
-                savedOutlineDivIds = new Array();
-                savedPopupDivIds = new Array();
-                for (var i = 0; i < 100; i++) {
-                    var outline = document.getElementById('outlineDiv' + i);
-                    if (outline && outline.style.display != 'none') {
-                        savedOutlineDivIds.push(outline.id);
-                        outline.style.display = 'none';
-                    }
-                }
-                for (var n = 100; n >= 0; n--) {
-                    var popup = document.getElementById('popupDiv' + n);
-                    if (popup && popup.style.zIndex >= 1000) {
-                        savedPopupDivIds.push(popup.id);
-                        popup.style.display = 'none';
-                    }
-                }
-            }
-            for (var d = 0; d < chartDivs.length; d++) {
-                setDisplay(chartDivs[d], 'none');
-            }
-            setDisplay('noSupport', 'none');
-            table.style.height = '0px';
-            table.style.visibility = 'hidden';
-        }
-
-        function showMemChart() {
-            var table = document.getElementById('memoryCanvasTable');
-            if (!table) {
-                return;
-            }
-            table.style.visibility = 'visible';
-            if (!canvasSupport) {
-                table.style.height = '300px';
-                setDisplay('noSupport', 'block');
-                return;
-            }
-            for (var o = 0; o < savedOutlineDivIds.length; o++) {
-                setDisplay(savedOutlineDivIds[o], 'block');
-            }
-            for (var p = 0; p < savedPopupDivIds.length; p++) {
-                setDisplay(savedPopupDivIds[p], 'block');
-            }
-            table.style.height = '4000px';
-            for (var d = 0; d < chartDivs.length; d++) {
-                setDisplay(chartDivs[d], 'block');
-            }
-            if (windowInnerWidth() < minWindowWidth && window.resizeTo) {
-                window.resizeTo(minWindowWidth, window.outerHeight);
-            }
+        function shownChartDivs() {
+            return chartDivs;
         }
