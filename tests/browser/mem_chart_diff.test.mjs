@@ -177,6 +177,21 @@ test('popups: both sides with their deviations, NA for a missing side, kept acro
   assert.deepEqual(await shownOutlines(page), [`outlineDiv${leftOnly}a`, `outlineDiv${leftOnly}b`]);
   await page.mouse.click(point.x, point.y);
   assert.deepEqual(await openPopups(page), ['popupDiv100', 'popupDiv99']);
+
+  // A narrower window hides the outlines of the columns it no longer shows.
+  const far = await page.evaluate(() => {
+    let c = 0;
+    while (c + 1 < xticks.length && rightX[c + 1] <= widthLimit) c++;
+    return c;
+  });
+  const farPoint = await columnPoint(page, 'absDev', far);
+  await page.mouse.click(farPoint.x, farPoint.y);
+  assert.ok((await shownOutlines(page)).includes(`outlineDiv${far}a`));
+  await page.setViewportSize({ width: 1000, height: 1000 });
+  await page.waitForFunction(() => windowWidth < 1100);
+  const outside = await page.evaluate(() => [...document.querySelectorAll('div[id^="outlineDiv"]')]
+    .filter((d) => d.style.display === 'block' && parseFloat(d.style.left) > bandLeft + widthLimit).map((d) => d.id));
+  assert.deepEqual(outside, []);
   assert.deepEqual(errors, []);
   await page.close();
 });
@@ -289,9 +304,10 @@ test('one side zoomed, equal runs, all-zero figures, and the end of the scroll',
     const lastColumn = realRows() - 1 - firstVisibleRow;
     const box = document.getElementById('absDevCanvasDiffDiv').getBoundingClientRect();
     return { label: visiblePhaseNames[lastColumn], wanted: phaseLabel(procData[realRows() - 1]),
-             right: box.right, columnRight: bandLeft + rightX[lastColumn] };
+             right: box.right, columnRight: bandLeft + rightX[lastColumn], inView: rightX[lastColumn] <= widthLimit };
   });
   assert.equal(end.label, end.wanted);
+  assert.equal(end.inView, true);
   assert.ok(Math.abs(end.right - end.columnRight) <= 3, JSON.stringify(end));
   await screenshot(page, 'large_difference_detailedmemory_MemChart_end');
   recordTimings({ memChartDiffLoadToChartMs: loadToChartMs, memChartDiffRedrawMs: redrawMs });

@@ -9,6 +9,7 @@
         var numTicksY = 11;
         var canvasDivHeight = 430;
         var outlineSuffixes = [''];
+        var scrollDivId = 'fakecanvasdiv';
 
         var x_locked = null, x_scroll = null, ctx_locked = null, ctx_scroll = null;
         var max = 0;
@@ -474,8 +475,7 @@
             var row = firstVisibleRow + minIndAlias;
             var texts = new Array();
             for (var f = 0; f < figures.length; f++) {
-                var value = Math.round(figures[f] * 100) / 100;
-                texts.push(f == 0 || f == 4 ? chartNumber(value) : value.toFixed(2));
+                texts.push(popupFigure(figures[f], f));
             }
             var html = '<table class="dataTable popupTable" border="1" cellpadding="5" style="background:white">' +
                 popupTitleRow(number, row, minIndAlias, 2) +

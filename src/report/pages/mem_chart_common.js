@@ -92,6 +92,13 @@
             return value >= 10000 ? createScientificNotation(value) : String(Math.round(value));
         }
 
+        // A figure of a popup to two decimals; free and non-process figures from 10000 on in the
+        // e3 ... e12 form.
+        function popupFigure(value, category) {
+            var rounded = Math.round(value * 100) / 100;
+            return category == 0 || category == 4 ? createScientificNotation(rounded) : rounded.toFixed(2);
+        }
+
         function realRows() {
             return procData.length - numBlankData;
         }
@@ -354,6 +361,8 @@
             for (var p = 0; p < savedPopupDivIds.length; p++) {
                 setDisplay(savedPopupDivIds[p], 'block');
             }
+            // A resize while the tab was away drew the window from a hidden scroll bar.
+            swapCanvas(document.getElementById(scrollDivId));
             if (windowInnerWidth() < minWindowWidth && window.resizeTo) {
                 window.resizeTo(minWindowWidth, window.outerHeight);
             }

@@ -25,6 +25,9 @@
         var bandLeft = 152;
         var namesTop = 81;
         var outlineSuffixes = ['a', 'b', 'c'];
+        var scrollDivId = 'fakeCanvasDiffDiv';
+        // Outline divs made so far, per graph; the window may have been wider.
+        var outlineCount = 0;
 
         // The bands from the top down. A graph's outlines carry its suffix.
         var bands = [
@@ -548,6 +551,7 @@
                     outline.style.height = Math.max(1, bandHeight(all[g]) - 2) + 'px';
                 }
             }
+            outlineCount = Math.max(outlineCount, xticks.length);
         }
 
         // Shows or hides a graph's outlines of the columns whose popups are open.
@@ -555,7 +559,7 @@
             if (!b.suffix) {
                 return;
             }
-            for (var i = 0; i < xticks.length; i++) {
+            for (var i = 0; i < outlineCount; i++) {
                 var outline = outlineDiv(i, b.suffix);
                 if (outline) {
                     outline.style.display = 'none';
@@ -566,7 +570,7 @@
             }
             bindPopupsToColumns(firstVisibleRow, function(alias) {
                 var outline = outlineDiv(alias, b.suffix);
-                if (outline) {
+                if (outline && xticks[alias] < widthLimit) {
                     outline.style.display = 'block';
                 }
             });
@@ -713,18 +717,34 @@
             }
         }
 
+        // The last row the window can start at: the one that shows the last row whole at the
+        // right of the window.
+        function lastWindowStart() {
+            var fit = 0;
+            while (fit < rightX.length && rightX[fit] <= widthLimit) {
+                fit++;
+            }
+            return Math.max(0, realRows() - Math.max(1, fit));
+        }
+
+        // The scroll bar's range: a column per step, at most 30000 pixels.
+        function sizeScrollRange() {
+            var steps = lastWindowStart();
+            document.getElementById('fakeCanvasDiff').width = steps == 0 ? 1 :
+                Math.max(widthLimit + 1, Math.min(30000, widthLimit + steps * columnWidth));
+        }
+
         // The window follows the scroll bar.
         function swapCanvas(D) {
             if (!ctx_phaseNames) {
                 return;
             }
-            var m = Math.max(0, dataLen - phasesToRender);
+            var m = lastWindowStart();
             var fraction = D.scrollLeft / (D.scrollWidth - D.clientWidth);
             if (!isFinite(fraction)) {
                 fraction = 0;
             }
-            var begin = Math.min(Math.floor(m * fraction), Math.max(0, realRows() - 1));
-            render(Math.max(0, begin));
+            render(Math.max(0, Math.min(m, Math.floor(m * fraction))));
         }
 
         function renderMemChart() {
@@ -740,8 +760,6 @@
             ctx_phaseNames.font = eventLabelFont;
             var lastLabel = dataLen > 0 ? phaseLabel(procData[dataLen - 1]) : '';
             extraPaddingW = Math.round(ctx_phaseNames.measureText(lastLabel).width * cos75);
-            var wanted = Math.min(30000, marginLeft + Math.max(0, dataLen - 1) * columnWidth + extraPaddingW);
-            document.getElementById('fakeCanvasDiff').width = Math.max(1, wanted - marginLeft);
             appendBlankRecords();
 
             var longest = 0;
@@ -760,6 +778,7 @@
             repositionScrollbar(true);
             phasesToRender = Math.min(Math.ceil((windowWidth - marginLeft) / columnWidth) + 1, realRows());
             getXtickLocations();
+            sizeScrollRange();
             document.getElementById('tableCanvasDiv').innerHTML = popupDivsMarkup();
             resizeAll();
             drawLegend();
@@ -785,6 +804,7 @@
             repositionScrollbar(false);
             phasesToRender = Math.min(Math.ceil((windowWidth - 10 - marginLeft) / columnWidth) + 1, realRows());
             getXtickLocations();
+            sizeScrollRange();
             resizeAll();
             drawLegend();
             putRibbonLabelsBack();
@@ -823,11 +843,6 @@
                 activeMinInd >= 0 ? unellipsedPhaseNames[activeMinInd] : '';
         }
 
-        function figureText(value, category) {
-            var rounded = Math.round(value * 100) / 100;
-            return category == 0 || category == 4 ? chartNumber(rounded) : rounded.toFixed(2);
-        }
-
         // A click on a column opens a popup with both sides' figures and their deviations; a
         // side without the phase reads NA.
         function statsPopup(event, divObj) {
@@ -854,8 +869,8 @@
                 var both = hasLeft && hasRight;
                 html += '<tr><td class="popupHeader" style="background:' + colors[c] +
                     (c == 4 ? '; min-width:80px' : '') + '">' + legendTexts[c] + '</td>' +
-                    '<td style="text-align:right">' + (hasLeft ? figureText(left, c) : 'NA') + '</td>' +
-                    '<td style="text-align:right">' + (hasRight ? figureText(right, c) : 'NA') + '</td>' +
+                    '<td style="text-align:right">' + (hasLeft ? popupFigure(left, c) : 'NA') + '</td>' +
+                    '<td style="text-align:right">' + (hasRight ? popupFigure(right, c) : 'NA') + '</td>' +
                     '<td style="text-align:right">' + (both ? (Math.round(abs * 100) / 100).toFixed(2) : 'NA') + '</td>' +
                     '<td style="text-align:right">' + (both ? rel : 'NA') + '</td></tr>';
             }
