@@ -60,6 +60,9 @@ test('columns in the category colours, and the window redrawn on scroll', async 
   await page.waitForFunction(() => firstVisibleRow > 0);
   const last = await page.evaluate(() => phaseLabel(procData[procData.length - numBlankData - 1]));
   assert.ok(await page.evaluate((label) => visiblePhaseNames.includes(label), last));
+  // ... and its column whole inside the chart's window.
+  assert.ok(await page.evaluate(() => rightX[realRows() - 1 - firstVisibleRow] <=
+                                      document.getElementById('scrollcanvasdiv').clientWidth));
   assert.deepEqual(errors, []);
   await page.close();
 });

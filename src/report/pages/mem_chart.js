@@ -190,7 +190,7 @@
         // Draws the window of rows begin..end: columns, labels, and the outlines of the columns
         // whose popups are open. Returns whether the window reaches the end of the data.
         function render(begin, end) {
-            var endOfScroll = end >= procData.length;
+            var endOfScroll = end >= realRows();
             showMemStats(begin, end, endOfScroll);
             if (someOutlineDivIsVisible) {
                 hideAllOutlines();
@@ -266,8 +266,13 @@
             ctx_scroll.strokeRect(0.5, marginTop + 0.5, width, graphHeight());
         }
 
+        // The width of the chart's window on the page.
+        function chartWidth() {
+            return Math.max(0, windowWidth - marginLeft - 36);
+        }
+
         function resizeScrollDiv() {
-            var width = Math.max(0, windowWidth - marginLeft - 36) + 'px';
+            var width = chartWidth() + 'px';
             document.getElementById('scrollcanvasdiv').style.width = width;
             document.getElementById('fakecanvasdiv').style.width = width;
         }
@@ -286,8 +291,6 @@
             ctx_scroll.font = eventLabelFont;
             var lastLabel = dataLen > 0 ? phaseLabel(procData[dataLen - 1]) : '';
             extraPaddingW = Math.round(ctx_scroll.measureText(lastLabel).width * cos75);
-            var wanted = Math.min(30000, marginLeft + Math.max(0, dataLen - 1) * columnWidth + extraPaddingW);
-            document.getElementById('fakecanvas').width = Math.max(1, wanted - marginLeft);
             x_scroll.width = windowWidth + 100;
 
             appendBlankRecords();
@@ -323,6 +326,7 @@
 
             phasesToRender = Math.min(Math.ceil(windowWidth / columnWidth) + 1, realRows());
             buildTicks();
+            sizeScrollRange('fakecanvas', chartWidth());
 
             max = 0;
             for (var m = 0; m < procData.length; m++) {
@@ -379,13 +383,12 @@
             }
             ctx_scroll.clearRect(1, 1, windowWidth + 100, x_scroll.height);
             drawTopTicks();
-            var m = procData.length - phasesToRender;
+            var m = lastWindowStart(chartWidth());
             var fraction = D.scrollLeft / (D.scrollWidth - D.clientWidth);
             if (!isFinite(fraction)) {
                 fraction = 0;
             }
-            var begin = Math.floor(m * fraction + 1);
-            firstVisibleRow = Math.max(0, begin - 1);
+            firstVisibleRow = Math.max(0, Math.min(m, Math.floor(m * fraction)));
             fillVisibleArrays(firstVisibleRow);
             ctx_scroll.beginPath();
             ctx_scroll.strokeStyle = 'black';
@@ -401,6 +404,7 @@
             phasesToRender = Math.min(Math.ceil((windowWidth - marginLeft) / columnWidth) + 1 + numBlankData,
                                       realRows());
             buildTicks();
+            sizeScrollRange('fakecanvas', chartWidth());
             x_scroll.width = windowWidth + 100;
             var holder = document.getElementById('tableCanvasDiv');
             for (var o = 0; o < xticks.length; o++) {

@@ -171,6 +171,24 @@
             return label;
         }
 
+        // The last row the window can start at: the one that shows the last row whole at the
+        // right of a window width pixels wide.
+        function lastWindowStart(width) {
+            var fit = 0;
+            while (fit < rightX.length && rightX[fit] <= width) {
+                fit++;
+            }
+            return Math.max(0, realRows() - Math.max(1, fit));
+        }
+
+        // The range of the scroll bar over a window width pixels wide: a column per step, at
+        // most 30000 pixels.
+        function sizeScrollRange(canvasId, width) {
+            var steps = lastWindowStart(width);
+            document.getElementById(canvasId).width = steps == 0 ? 1 :
+                Math.max(width + 1, Math.min(30000, width + steps * columnWidth));
+        }
+
         function nearestTick(x) {
             var best = -1, bestDistance = 1000;
             for (var i = 0; i < xticks.length; i++) {

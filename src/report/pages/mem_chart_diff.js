@@ -717,29 +717,12 @@
             }
         }
 
-        // The last row the window can start at: the one that shows the last row whole at the
-        // right of the window.
-        function lastWindowStart() {
-            var fit = 0;
-            while (fit < rightX.length && rightX[fit] <= widthLimit) {
-                fit++;
-            }
-            return Math.max(0, realRows() - Math.max(1, fit));
-        }
-
-        // The scroll bar's range: a column per step, at most 30000 pixels.
-        function sizeScrollRange() {
-            var steps = lastWindowStart();
-            document.getElementById('fakeCanvasDiff').width = steps == 0 ? 1 :
-                Math.max(widthLimit + 1, Math.min(30000, widthLimit + steps * columnWidth));
-        }
-
         // The window follows the scroll bar.
         function swapCanvas(D) {
             if (!ctx_phaseNames) {
                 return;
             }
-            var m = lastWindowStart();
+            var m = lastWindowStart(widthLimit);
             var fraction = D.scrollLeft / (D.scrollWidth - D.clientWidth);
             if (!isFinite(fraction)) {
                 fraction = 0;
@@ -778,7 +761,7 @@
             repositionScrollbar(true);
             phasesToRender = Math.min(Math.ceil((windowWidth - marginLeft) / columnWidth) + 1, realRows());
             getXtickLocations();
-            sizeScrollRange();
+            sizeScrollRange('fakeCanvasDiff', widthLimit);
             document.getElementById('tableCanvasDiv').innerHTML = popupDivsMarkup();
             resizeAll();
             drawLegend();
@@ -804,7 +787,7 @@
             repositionScrollbar(false);
             phasesToRender = Math.min(Math.ceil((windowWidth - 10 - marginLeft) / columnWidth) + 1, realRows());
             getXtickLocations();
-            sizeScrollRange();
+            sizeScrollRange('fakeCanvasDiff', widthLimit);
             resizeAll();
             drawLegend();
             putRibbonLabelsBack();
