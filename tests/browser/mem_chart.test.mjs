@@ -4,7 +4,7 @@
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
-import { launch, screenshot, showTab, openChart as openChartIn, printedOn, recordTimings } from './report_browser.mjs';
+import { launch, screenshot, showTab, openChart as openChartIn, printedOn, recordTimings, scrollRedrawMs } from './report_browser.mjs';
 
 let browser;
 before(async () => { browser = await launch(); });
@@ -185,16 +185,7 @@ test('50,000 rows: the first chart and the redraw of a scrolled window', async (
   await showTab(page, 'MemChart');
   // Only a window of columns is drawn.
   assert.ok(await page.evaluate(() => phasesToRender < 200));
-  const redrawMs = await page.evaluate(() => {
-    const div = document.getElementById('fakecanvasdiv');
-    const range = div.scrollWidth - div.clientWidth;
-    const begin = performance.now();
-    for (let i = 0; i < 50; i++) {
-      div.scrollLeft = (range * i) / 50;
-      swapCanvas(div);
-    }
-    return (performance.now() - begin) / 50;
-  });
+  const redrawMs = await scrollRedrawMs(page, 'fakecanvasdiv');
   await page.$eval('#fakecanvasdiv', (div) => { div.scrollLeft = div.scrollWidth / 2; });
   await page.waitForFunction(() => firstVisibleRow > 20000);
   await screenshot(page, 'large_detailedmemory_MemChart_scrolled');

@@ -5,7 +5,7 @@
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
-import { launch, screenshot, showTab, openChart, printedOn, recordTimings } from './report_browser.mjs';
+import { launch, screenshot, showTab, openChart, printedOn, recordTimings, scrollRedrawMs } from './report_browser.mjs';
 
 let browser;
 before(async () => { browser = await launch(); });
@@ -286,16 +286,7 @@ test('one side zoomed, equal runs, all-zero figures, and the end of the scroll',
   const x = await columnCentre(page, 3);
   assert.equal(await pixel(page, 'absDevCanvasDiff', x, 100), 'none');
   assert.ok(await page.evaluate(() => phasesToRender < 200));
-  const redrawMs = await page.evaluate(() => {
-    const div = document.getElementById('fakeCanvasDiffDiv');
-    const range = div.scrollWidth - div.clientWidth;
-    const begin = performance.now();
-    for (let i = 0; i < 50; i++) {
-      div.scrollLeft = (range * i) / 50;
-      swapCanvas(div);
-    }
-    return (performance.now() - begin) / 50;
-  });
+  const redrawMs = await scrollRedrawMs(page, 'fakeCanvasDiffDiv');
 
   // At the end the last row is in view and the bands end at its column.
   await page.$eval('#fakeCanvasDiffDiv', (div) => { div.scrollLeft = div.scrollWidth; });

@@ -23,6 +23,20 @@ export async function openReport(browser, name, viewport = { width: 1280, height
   return openChart(browser, name, null, viewport);
 }
 
+/// Milliseconds per redraw of a chart's window, scrolled through by its scroll bar in 50 steps.
+export function scrollRedrawMs(page, scrollDiv) {
+  return page.evaluate((id) => {
+    const div = document.getElementById(id);
+    const range = div.scrollWidth - div.clientWidth;
+    const begin = performance.now();
+    for (let i = 0; i < 50; i++) {
+      div.scrollLeft = (range * i) / 50;
+      swapCanvas(div);
+    }
+    return (performance.now() - begin) / 50;
+  }, scrollDiv);
+}
+
 /// Adds figures to timings.json beside the reports.
 export function recordTimings(figures) {
   const file = join(reports, 'timings.json');
