@@ -369,22 +369,20 @@
             ctx.stroke();
         }
 
+        // The arrows of a band: up (smaller) at the left, down (larger) at the right.
         function drawUpDownArrows(canvas) {
             var ctx = canvas.getContext('2d');
             ctx.clearRect(0, 0, canvas.width, canvas.height);
             ctx.fillStyle = '#A1A0A0';
-            ctx.beginPath();
-            ctx.moveTo(4, 15);
-            ctx.lineTo(18, 15);
-            ctx.lineTo(11, 3);
-            ctx.closePath();
-            ctx.fill();
-            ctx.beginPath();
-            ctx.moveTo(22, 3);
-            ctx.lineTo(35, 3);
-            ctx.lineTo(28.5, 15);
-            ctx.closePath();
-            ctx.fill();
+            var triangles = [[[4, 15], [18, 15], [11, 3]], [[22, 3], [35, 3], [28.5, 15]]];
+            for (var t = 0; t < triangles.length; t++) {
+                ctx.beginPath();
+                ctx.moveTo(triangles[t][0][0], triangles[t][0][1]);
+                ctx.lineTo(triangles[t][1][0], triangles[t][1][1]);
+                ctx.lineTo(triangles[t][2][0], triangles[t][2][1]);
+                ctx.closePath();
+                ctx.fill();
+            }
         }
 
         // ---- bands ----
