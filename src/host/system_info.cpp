@@ -9,6 +9,7 @@
 
 #include "messages.h"
 #include "method_frame.h"
+#include "report/system_info_source.h"
 
 namespace performance_tracer {
 
@@ -134,3 +135,14 @@ void kssvStringTableDisableGarbageCollection() { switchStringTable("kssvEnterTab
 void kssvStringTableEnableGarbageCollection() { switchStringTable("kssvExitTableNoLeakMode"); }
 
 }  // namespace performance_tracer
+
+namespace {
+
+// Reports written without a record of their own show the one the host gives this process.
+const bool kSystemInfoSourceRegistered = [] {
+    pt::report::setSystemInfoSource(
+        []() -> const SystemInfoRecord& { return performance_tracer::cachedSystemInfo(); });
+    return true;
+}();
+
+}  // namespace

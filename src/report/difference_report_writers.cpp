@@ -9,10 +9,10 @@
 
 #include <algorithm>
 
-#include "host/system_info.h"
 #include "processing/selection.h"
 #include "report/fragments.h"
 #include "report/report_file.h"
+#include "report/system_info_source.h"
 
 namespace pt::report {
 
@@ -52,8 +52,7 @@ bool writeDifferenceReport(PerformanceTracer& tracer, const std::string& htmlFil
     // Without a record of its own, the right side is this machine; the left one shows none.
     const SystemInfoRecord none;
     const SystemInfoRecord* leftInfo = lhsSystemInfo ? lhsSystemInfo : &none;
-    const SystemInfoRecord* rightInfo =
-        rhsSystemInfo ? rhsSystemInfo : &performance_tracer::cachedSystemInfo();
+    const SystemInfoRecord* rightInfo = rhsSystemInfo ? rhsSystemInfo : &tracerSystemInfo();
 
     const int depth = std::max(left._levelCount, right._levelCount);
     file << ptHtmlDoctype() << ptHtmlHead(depth, title, true)

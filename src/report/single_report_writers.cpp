@@ -5,10 +5,10 @@
 #include <performance_tracer/reports.h>
 #include <performance_tracer/tracer.h>
 
-#include "host/system_info.h"
 #include "processing/selection.h"
 #include "report/fragments.h"
 #include "report/report_file.h"
+#include "report/system_info_source.h"
 
 namespace pt::report {
 
@@ -24,7 +24,7 @@ bool writeSingleReport(PerformanceTracer& tracer, const std::string& htmlFile,
     }
     // The tracer's own record is filled before the page needs it.
     if (!systemInfo) {
-        performance_tracer::cachedSystemInfo();
+        tracerSystemInfo();
     }
     const PTProcessedData processed = ptProcessSelection(tracer, data, {grouping}, false);
     if (processed._hasError) {
@@ -37,7 +37,7 @@ bool writeSingleReport(PerformanceTracer& tracer, const std::string& htmlFile,
     }
     const PTAggregateMap aggregates = ptAggregate(tracer, processed._rows);
     if (!systemInfo) {
-        systemInfo = &performance_tracer::cachedSystemInfo();
+        systemInfo = &tracerSystemInfo();
     }
     const bool hasDetailed = processed._hasDetailedMem;
     file << ptHtmlDoctype() << ptHtmlHead(processed._levelCount, title, false)
