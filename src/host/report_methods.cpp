@@ -8,7 +8,7 @@
 
 #include <memory>
 
-#include "core/diagnostic_report.h"
+#include "report/diagnostic_report.h"
 #include "messages.h"
 #include "method_frame.h"
 #include "methods.h"
