@@ -1,4 +1,4 @@
-#include "core/diagnostic_report.h"
+#include "report/diagnostic_report.h"
 
 #include <performance_tracer/names.h>
 #include <performance_tracer/raw_store.h>
@@ -14,7 +14,7 @@
 
 #include <unistd.h>
 
-#include "random_log.h"
+#include "processing/random_log.h"
 
 namespace {
 
