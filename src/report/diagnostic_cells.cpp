@@ -6,7 +6,7 @@
 #include <performance_tracer/processed_points.h>
 #include <performance_tracer/raw_points.h>
 
-#include "markup.h"
+#include "core/markup.h"
 
 namespace {
 
