@@ -16,5 +16,5 @@
 #include <performance_tracer/processed_points.h>
 #include <performance_tracer/raw_points.h>
 #include <performance_tracer/raw_store.h>
-#include <performance_tracer/system_info.h>
+#include <performance_tracer/system_info_record.h>
 #include <performance_tracer/tracer.h>

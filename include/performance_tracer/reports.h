@@ -9,7 +9,7 @@
 
 #include <performance_tracer/export.h>
 #include <performance_tracer/raw_points.h>
-#include <performance_tracer/system_info.h>
+#include <performance_tracer/system_info_record.h>
 
 #include <string>
 

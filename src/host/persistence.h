@@ -4,7 +4,7 @@
 // rows), PerformanceTracingSystemInfo (a structure of eight texts) and OrviaRoot (text).
 
 #include <performance_tracer/raw_points.h>
-#include <performance_tracer/system_info.h>
+#include <performance_tracer/system_info_record.h>
 
 #include <string>
 

@@ -3,7 +3,7 @@
 // What reports and saved files say about the machine and the host, asked of the running host,
 // and the tracer's calls of the host's internal functions through the engine.
 
-#include <performance_tracer/system_info.h>
+#include <performance_tracer/system_info_record.h>
 
 #include <pt_platform/hvm.h>
 

@@ -2,7 +2,7 @@
 
 // The eight texts of the system information as the fields of a structure, in order.
 
-#include <performance_tracer/system_info.h>
+#include <performance_tracer/system_info_record.h>
 
 #include <string>
 

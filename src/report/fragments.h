@@ -4,7 +4,7 @@
 // Text taken from data is escaped inside them (see escape.h).
 
 #include <performance_tracer/processed_points.h>
-#include <performance_tracer/system_info.h>
+#include <performance_tracer/system_info_record.h>
 
 #include <string>
 

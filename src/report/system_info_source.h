@@ -4,7 +4,7 @@
 // record. The binding to the host registers the source as the library loads; the writers ask it
 // only after their file has opened, since the first answer may have to ask the host.
 
-#include <performance_tracer/system_info.h>
+#include <performance_tracer/system_info_record.h>
 
 namespace pt::report {
 
