@@ -41,6 +41,26 @@ void BM_DisabledByName(benchmark::State& state) {
 }
 BENCHMARK(BM_DisabledByName);
 
+// A scope guard against the two plain calls it stands for, while nothing is enabled: the
+// macro resolves its grouping once, then tests it on entry and its own flag on exit.
+void BM_DisabledPairById(benchmark::State& state) {
+    const int grouping = groupings().off;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(ptLogOrviaData(grouping, kPhase, true));
+        benchmark::DoNotOptimize(ptLogOrviaData(grouping, kPhase, false));
+    }
+}
+BENCHMARK(BM_DisabledPairById);
+
+void BM_DisabledScopeMacro(benchmark::State& state) {
+    groupings();
+    for (auto _ : state) {
+        PT_PHASE("Bench Off", "benchmark phase");
+        benchmark::ClobberMemory();
+    }
+}
+BENCHMARK(BM_DisabledScopeMacro);
+
 /// Enabled calls append to the store; it is cleared outside the timing every so often so that
 /// the benchmark measures logging, not a store of millions of points.
 template <typename Log>
@@ -78,6 +98,23 @@ void BM_EnabledYlvane(benchmark::State& state) {
     });
 }
 BENCHMARK(BM_EnabledYlvane);
+
+void BM_EnabledPairById(benchmark::State& state) {
+    const int grouping = groupings().on;
+    recordLoop(state, [&] {
+        return ptLogOrviaData(grouping, kPhase, true) && ptLogOrviaData(grouping, kPhase, false);
+    });
+}
+BENCHMARK(BM_EnabledPairById);
+
+void BM_EnabledScopeMacro(benchmark::State& state) {
+    groupings();
+    recordLoop(state, [] {
+        PT_PHASE("Bench On", "benchmark phase");
+        return true;
+    });
+}
+BENCHMARK(BM_EnabledScopeMacro);
 
 // The two clock readings that every enabled call takes; the CPU clock is a system call.
 void BM_ClockWall(benchmark::State& state) {

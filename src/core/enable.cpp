@@ -11,10 +11,7 @@ bool ptIsTracerEnabled(int groupingID) noexcept {
 }
 
 bool ptIsTracerEnabled(const std::string& grouping) noexcept {
-    static PerformanceTracer* tracer = nullptr;
-    if (!tracer) {
-        tracer = ptTracer();
-    }
+    static PerformanceTracer* const tracer = ptTracer();
     if (tracer->_globalLogging) {
         return true;
     }

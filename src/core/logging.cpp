@@ -7,12 +7,23 @@
 
 #include <boost/make_shared.hpp>
 
-// Each export keeps its own copy of the singleton pointer so that the disabled path makes no
-// call: the id overloads of the Orvia and Kestrune calls through a guarded static, the others
-// through a plain test against null. Everything past the gate lives in out-of-line functions,
-// which keeps the gate itself small enough to inline nothing but the test.
+#include <mutex>
+
+// Each export keeps its own copy of the singleton pointer in a guarded static, so that the
+// disabled path makes no call and threads that log for the first time at once agree on it.
+// Everything past the gate lives in out-of-line functions, which keeps the gate itself small
+// enough to inline nothing but the test.
+//
+// Calls from several threads at once record one at a time: past the gate, a point is named,
+// stamped and appended under one lock, so the name tables and the store never see two writers
+// and the store's order is the order of the clocks. The gate takes no lock.
 
 namespace {
+
+std::mutex& recordingMutex() {
+    static std::mutex mutex;
+    return mutex;
+}
 
 /// The grouping id of a name-based call, and whether the call records. The name is never
 /// added, so under global logging an unknown grouping records with id -1.
@@ -63,6 +74,7 @@ bool append(PerformanceTracer& tracer, boost::shared_ptr<PTOrviaDataPoint> point
 
 [[gnu::noinline]] bool recordOrvia(PerformanceTracer& tracer, std::int32_t groupingID,
                                    const std::string& phase, bool isStart) noexcept {
+    const std::lock_guard<std::mutex> lock(recordingMutex());
     boost::shared_ptr<PTOrviaDataPoint> point;
     try {
         point = boost::make_shared<PTOrviaDataPoint>();
@@ -76,6 +88,7 @@ bool append(PerformanceTracer& tracer, boost::shared_ptr<PTOrviaDataPoint> point
 [[gnu::noinline]] bool recordKestrune(PerformanceTracer& tracer, std::int32_t groupingID,
                                       const std::string& model, const std::string& target,
                                       const std::string& phase, bool isStart) noexcept {
+    const std::lock_guard<std::mutex> lock(recordingMutex());
     boost::shared_ptr<PTKestruneDataPoint> point;
     try {
         point = boost::make_shared<PTKestruneDataPoint>();
@@ -92,6 +105,7 @@ bool append(PerformanceTracer& tracer, boost::shared_ptr<PTOrviaDataPoint> point
                                     const std::string& model, const std::string& target,
                                     const std::string& machine, const std::string& chart,
                                     const std::string& phase, bool isStart) noexcept {
+    const std::lock_guard<std::mutex> lock(recordingMutex());
     boost::shared_ptr<PTYlvaneDataPoint> point;
     try {
         point = boost::make_shared<PTYlvaneDataPoint>();
@@ -107,13 +121,6 @@ bool append(PerformanceTracer& tracer, boost::shared_ptr<PTOrviaDataPoint> point
     return append(tracer, std::move(point));
 }
 
-PerformanceTracer* cached(PerformanceTracer*& tracer) {
-    if (!tracer) {
-        tracer = ptTracer();
-    }
-    return tracer;
-}
-
 }  // namespace
 
 bool ptLogOrviaData(int groupingID, const std::string& phase, bool isStart) noexcept {
@@ -125,9 +132,9 @@ bool ptLogOrviaData(int groupingID, const std::string& phase, bool isStart) noex
 }
 
 bool ptLogOrviaData(const std::string& grouping, const std::string& phase, bool isStart) noexcept {
-    static PerformanceTracer* tracer = nullptr;
+    static PerformanceTracer* const tracer = ptTracer();
     std::int32_t groupingID;
-    if (!passesGate(*cached(tracer), grouping, groupingID)) {
+    if (!passesGate(*tracer, grouping, groupingID)) {
         return false;
     }
     return recordOrvia(*tracer, groupingID, phase, isStart);
@@ -144,19 +151,19 @@ bool ptLogKestruneData(int groupingID, const std::string& model, const std::stri
 
 bool ptLogKestruneData(const std::string& grouping, const std::string& model,
                        const std::string& target, const std::string& phase, bool isStart) noexcept {
-    static PerformanceTracer* tracer = nullptr;
+    static PerformanceTracer* const tracer = ptTracer();
     std::int32_t groupingID;
-    if (!passesGate(*cached(tracer), grouping, groupingID)) {
+    if (!passesGate(*tracer, grouping, groupingID)) {
         return false;
     }
     return recordKestrune(*tracer, groupingID, model, target, phase, isStart);
 }
 
 bool ptLogKsStartupData(const std::string& phase, bool isStart) noexcept {
-    static PerformanceTracer* tracer = nullptr;
+    static PerformanceTracer* const tracer = ptTracer();
     static const std::string grouping(pt::kKestruneStartupGrouping);
     std::int32_t groupingID;
-    if (!passesGate(*cached(tracer), grouping, groupingID)) {
+    if (!passesGate(*tracer, grouping, groupingID)) {
         return false;
     }
     return recordOrvia(*tracer, groupingID, phase, isStart);
@@ -165,8 +172,8 @@ bool ptLogKsStartupData(const std::string& phase, bool isStart) noexcept {
 bool ptLogYlvaneData(int groupingID, const std::string& model, const std::string& target,
                      const std::string& machine, const std::string& chart, const std::string& phase,
                      bool isStart) noexcept {
-    static PerformanceTracer* tracer = nullptr;
-    if (!cached(tracer)->_globalLogging && !tracer->isGroupingEnabled(groupingID)) {
+    static PerformanceTracer* const tracer = ptTracer();
+    if (!tracer->_globalLogging && !tracer->isGroupingEnabled(groupingID)) {
         return false;
     }
     return recordYlvane(*tracer, groupingID, model, target, machine, chart, phase, isStart);
@@ -175,9 +182,9 @@ bool ptLogYlvaneData(int groupingID, const std::string& model, const std::string
 bool ptLogYlvaneData(const std::string& grouping, const std::string& model,
                      const std::string& target, const std::string& machine,
                      const std::string& chart, const std::string& phase, bool isStart) noexcept {
-    static PerformanceTracer* tracer = nullptr;
+    static PerformanceTracer* const tracer = ptTracer();
     std::int32_t groupingID;
-    if (!passesGate(*cached(tracer), grouping, groupingID)) {
+    if (!passesGate(*tracer, grouping, groupingID)) {
         return false;
     }
     return recordYlvane(*tracer, groupingID, model, target, machine, chart, phase, isStart);

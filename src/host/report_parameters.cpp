@@ -33,15 +33,20 @@ void store(const ReportParameter& parameter, const hvArray* value, const std::st
     }
     *parameter.text = textOf(value);
     if (parameter.kind == ReportParameter::Kind::Metric) {
-        *parameter.text = foldLower(*parameter.text);
-        if (!isMetricName(*parameter.text)) {
-            raise<Errors::InvalidMetric>(std::string("time"), std::string("basicmemory"),
-                                         std::string("detailedmemory"));
-        }
+        *parameter.text = checkedMetric(*parameter.text);
     }
 }
 
 }  // namespace
+
+std::string checkedMetric(const std::string& name) {
+    std::string folded = foldLower(name);
+    if (!isMetricName(folded)) {
+        raise<Errors::InvalidMetric>(std::string("time"), std::string("basicmemory"),
+                                     std::string("detailedmemory"));
+    }
+    return folded;
+}
 
 void scanReportPairs(std::int32_t nrhs, const hvArray** prhs,
                      const std::vector<ReportParameter>& parameters, ScanRules rules) {

@@ -40,6 +40,9 @@ struct ScanRules {
 void scanReportPairs(std::int32_t nrhs, const hvArray** prhs,
                      const std::vector<ReportParameter>& parameters, ScanRules rules);
 
+/// A metric name folded to lower case; raises InvalidMetric for a name that is no metric.
+std::string checkedMetric(const std::string& name);
+
 /// The count checks of an open method: below minimum raises MinParamsNotReached with
 /// minimumText, above maximum MaxParamsExceeded with maximumText, an odd count
 /// ExpectedEvenNumberOfParameters.

@@ -3,6 +3,7 @@
 // Calling PerfTools.Tracer through the class system, as a host does, with values built in a
 // line; and a fingerprint of the tracer's state to show that a refused call changed nothing.
 
+#include <performance_tracer/module.h>
 #include <performance_tracer/performance_tracer.h>
 
 #include <pt_platform/except.h>

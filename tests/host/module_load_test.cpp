@@ -1,6 +1,7 @@
 // The tracer as a host loads it: by path, through its module descriptor, and then only through
 // the class system.
 
+#include <performance_tracer/module.h>
 #include <performance_tracer/performance_tracer.h>
 
 #include <pt_platform/except.h>

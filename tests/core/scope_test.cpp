@@ -1,0 +1,87 @@
+// The scope guards: a phase ends on every way out of its scope, and only a recorded start gets
+// an end.
+
+#include <performance_tracer/scope.h>
+
+#include <stdexcept>
+
+#include "tracer_test_support.h"
+
+namespace {
+
+using ScopeGuards = TracerTest;
+
+/// Start and end flags of the store, in order, with the phase names.
+std::vector<std::pair<std::string, bool>> events(const PTRawDataVector& points) {
+    std::vector<std::pair<std::string, bool>> result;
+    for (const auto& point : points) {
+        result.emplace_back(ptGetPhaseStr(point->_phaseID), point->_isPhaseStart);
+    }
+    return result;
+}
+
+void assemble(bool fail) {
+    PT_PHASE("Solver", "assemble");
+    {
+        PT_KESTRUNE_PHASE("Solver", "plant", "sim", "factor");
+        PT_YLVANE_PHASE("Solver", "plant", "sim", "machine", "chart", "step");
+        if (fail) {
+            throw std::runtime_error("singular");
+        }
+    }
+}
+
+TEST_F(ScopeGuards, EveryWayOutOfAScopeEndsItsPhases) {
+    assemble(false);  // disabled: nothing is recorded, nothing is copied
+    EXPECT_TRUE(raw().empty());
+
+    ptEnableTracer("Solver", true);
+    assemble(false);
+    EXPECT_THROW(assemble(true), std::runtime_error);
+    using E = std::vector<std::pair<std::string, bool>>;
+    const E once = {{"assemble", true}, {"factor", true},  {"step", true},
+                    {"step", false},    {"factor", false}, {"assemble", false}};
+    E twice = once;
+    twice.insert(twice.end(), once.begin(), once.end());
+    EXPECT_EQ(events(raw()), twice);
+    // Each guard logs its own class of point.
+    EXPECT_EQ(raw()[0]->_pointType, 0);
+    EXPECT_EQ(raw()[1]->_pointType, 1);
+    EXPECT_EQ(raw()[2]->_pointType, 2);
+    EXPECT_EQ(pointAt<PTYlvaneDataPoint>(2)._chartID,
+              static_cast<std::int32_t>(ptNameID(PT_TABLE_CHART, "chart")));
+}
+
+TEST_F(ScopeGuards, OnlyARecordedStartGetsAnEnd) {
+    const std::int32_t grouping = ptAddGrouping("Late");
+    {
+        pt::OrviaPhase outer(grouping, "outer");
+        EXPECT_FALSE(outer.recorded());
+        ptEnableTracer("Late", true);
+        pt::OrviaPhase inner(grouping, "inner");
+        EXPECT_TRUE(inner.recorded());
+    }
+    // The outer phase started before its grouping was enabled: no end without a start.
+    EXPECT_EQ(events(raw()),
+              (std::vector<std::pair<std::string, bool>>{{"inner", true}, {"inner", false}}));
+}
+
+TEST_F(ScopeGuards, GroupingsResolveToTheirIds) {
+    ASSERT_EQ(ptAddGrouping("Pipeline", {"Stage A", "Stage B"}), "");
+    // A parent's id serves, though ptAddGrouping hands out none for it.
+    EXPECT_EQ(pt::GroupingRef("Pipeline").id(), groupingID("Pipeline"));
+    EXPECT_EQ(pt::GroupingRef("Stage A").id(), groupingID("Stage A"));
+    EXPECT_TRUE(ptGetGroupingList("Fresh").empty());
+    const std::int32_t fresh = pt::GroupingRef("Fresh").id();  // added as a leaf
+    EXPECT_EQ(fresh, groupingID("Fresh"));
+    EXPECT_EQ(ptGetGroupingList("Fresh"), std::vector<std::string>{"Fresh"});
+
+    ptEnableTracer("Pipeline", true);
+    { PT_PHASE("Pipeline", "run all"); }
+    { PT_PHASE("Stage A", "run a"); }
+    ASSERT_EQ(raw().size(), 4u);
+    EXPECT_EQ(raw()[0]->_groupingID, groupingID("Pipeline"));
+    EXPECT_EQ(raw()[2]->_groupingID, groupingID("Stage A"));
+}
+
+}  // namespace
