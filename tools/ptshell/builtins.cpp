@@ -8,6 +8,7 @@
 
 #include "display.h"
 #include "evaluator.h"
+#include "method_help.h"
 #include "values.h"
 
 namespace ptshell {
@@ -105,6 +106,23 @@ hvUniqueArray methods(Evaluator&, Args& args) {
     return cellRow(vos::visibleMethods(textArgument(args[0].get(), "The class name")));
 }
 
+/// help, or help('NAME') for a method or function of PerfTools (its bare method name will do).
+hvUniqueArray help(Evaluator& evaluator, Args& args) {
+    expectArgs(args, 0, 1);
+    if (args.empty()) {
+        evaluator.out() << helpOverview();
+        return nullptr;
+    }
+    const std::string name = textArgument(args[0].get(), "The name to explain");
+    const MethodHelp* method = findMethodHelp(name);
+    if (!method) {
+        fail("ptshell:NoHelp",
+             "There is no help for '" + name + "'; 'help' alone lists the methods and functions.");
+    }
+    evaluator.out() << helpText(*method);
+    return nullptr;
+}
+
 hvUniqueArray exit(Evaluator& evaluator, Args& args) {
     expectArgs(args, 0, 1);
     if (!evaluator.options().allowExit) {
@@ -154,6 +172,7 @@ const std::map<std::string, Evaluator::Builtin>& builtins() {
         {"fields", fields},
         {"sleep", sleep},
         {"methods", methods},
+        {"help", help},
         {"exit", exit},
         {"quit", exit},
         {"struct", makeStruct},

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "display.h"
+#include "method_help.h"
 #include "values.h"
 
 namespace ptshell {
@@ -14,6 +15,25 @@ namespace ptshell {
 void fail(const std::string& id, const std::string& message) { throw ShellError{id, message, ""}; }
 
 namespace {
+
+/// Which name a name-value method refused and which it takes, for the error line; the
+/// method's own message says neither.
+std::string nameHint(const std::string& path, const std::string& errorId,
+                     const std::vector<const hvArray*>& inputs) {
+    const std::string refused = ":InvalidNames";
+    const MethodHelp* method = findMethodHelp(path);
+    if (!method || !errorId.ends_with(refused)) {
+        return {};
+    }
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < inputs.size(); i += 2) {
+        if (hvIsCharVector(inputs[i])) {
+            names.push_back(hvArrayToStdString(inputs[i]));
+        }
+    }
+    // Every method folds its names to lower case but the diagnostic report.
+    return unknownNameHint(*method, names, path != "PerfTools.Tracer.diagnosticReport");
+}
 
 const char* const kOperandWord = "An operand";
 /// Values nest no deeper than this; copying, showing and freeing them recurses.
@@ -68,6 +88,14 @@ hvUniqueArray errorStruct(const ShellError& error) {
 }  // namespace
 
 Evaluator::Evaluator(std::ostream& out, EvalOptions options) : _out(out), _options(options) {}
+
+std::vector<std::string> Evaluator::variableNames() const {
+    std::vector<std::string> names;
+    for (const auto& entry : _variables) {
+        names.push_back(entry.first);
+    }
+    return names;
+}
 
 const hvArray* Evaluator::variable(const std::string& name) const {
     const auto found = _variables.find(name);
@@ -251,7 +279,8 @@ hvUniqueArray Evaluator::call(const std::string& path, const Accessor* arguments
         std::vector<hvUniqueArray> outputs = vos::invoke(path, nargout, inputs);
         return outputs.empty() ? nullptr : std::move(outputs[0]);
     } catch (const foundation::core::except::IMsgIDException& error) {
-        throw ShellError{error.getErrorID(), error.getMessageText(), path};
+        throw ShellError{error.getErrorID(), error.getMessageText(), path,
+                         nameHint(path, error.getErrorID(), inputs)};
     } catch (const ShellError&) {
         throw;
     } catch (const std::exception& error) {

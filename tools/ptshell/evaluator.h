@@ -37,6 +37,8 @@ public:
     void run(const Program& program);
 
     const hvArray* variable(const std::string& name) const;
+    /// The names of the variables, in order.
+    std::vector<std::string> variableNames() const;
 
     /// A built-in: takes its arguments and answers a value, or null for none.
     using Builtin = std::function<hvUniqueArray(Evaluator&, std::vector<hvUniqueArray>&)>;

@@ -8,12 +8,15 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <vector>
 
+#include "completion.h"
 #include "session.h"
 
 namespace {
@@ -30,7 +33,8 @@ constexpr const char* kUsage =
     "  --help          show this text\n"
     "  --version       show the version\n"
     "\n"
-    "Without -e or FILE, ptshell reads statements at the prompt '>> '. In -e and script mode\n"
+    "Without -e or FILE, ptshell reads statements at the prompt '>> ', with line editing,\n"
+    "history and Tab completion; 'help' lists what it understands. In -e and script mode\n"
     "the first uncaught error ends the run with exit status 1.\n";
 
 std::filesystem::path executableFolder() {
@@ -61,12 +65,38 @@ std::string readFile(const std::string& path, bool& ok) {
     return text.str();
 }
 
+// Tab completion: the session tells the names; the line editor asks for them one at a time.
+const ptshell::Session* gCompletingSession = nullptr;
+std::vector<std::string> gCompletions;
+
+char* nextCompletion(const char*, int state) {
+    static std::size_t next = 0;
+    next = state == 0 ? 0 : next;
+    return next < gCompletions.size() ? strdup(gCompletions[next++].c_str()) : nullptr;
+}
+
+char** completeAtCursor(const char* word, int start, int end) {
+    rl_attempted_completion_over = 1;  // never file names
+    gCompletions = gCompletingSession->completions(rl_line_buffer, static_cast<std::size_t>(start),
+                                                   static_cast<std::size_t>(end));
+    // A name that goes on ("PerfTools.Tracer.", a parameter's closing quote) gets no blank.
+    const bool open = gCompletions.size() == 1 &&
+                      (gCompletions[0].back() == '.' || gCompletions[0].back() == '\'');
+    rl_completion_append_character = open ? '\0' : ' ';
+    return rl_completion_matches(word, nextCompletion);
+}
+
 /// Reads statements line by line until the input ends or exit is called; a statement that
 /// spans lines (an open block or bracket) is run once it is complete.
 int interactive(ptshell::Session& session) {
     const bool terminal = isatty(STDIN_FILENO);
     std::string history;
     if (terminal) {
+        gCompletingSession = &session;
+        rl_attempted_completion_function = completeAtCursor;
+        static char breaks[sizeof ptshell::kWordBreaks];
+        std::memcpy(breaks, ptshell::kWordBreaks, sizeof breaks);
+        rl_completer_word_break_characters = breaks;
         if (const char* home = std::getenv("HOME")) {
             history = std::string(home) + "/.ptshell_history";
             read_history(history.c_str());

@@ -76,6 +76,23 @@ private:
 
     // ---- Statements ----
 
+    /// "help NAME" with a dotted name, as one types it at a prompt: the call help('NAME').
+    ExprPtr helpCommand() {
+        ExprPtr call = node(Expr::Kind::Name, peek());
+        call->text = take().text;
+        const Token& first = take();
+        ExprPtr topic = node(Expr::Kind::String, first);
+        topic->text = first.text;
+        while (isOperator(peek(), ".") && peek(1).kind == TokenKind::Identifier) {
+            take();
+            topic->text += "." + take().text;
+        }
+        Accessor arguments{Accessor::Kind::Paren, "", {}, first.line, first.column};
+        arguments.args.push_back(std::move(topic));
+        call->accessors.push_back(std::move(arguments));
+        return call;
+    }
+
     /// Statements up to 'end', 'catch' (inside a block) or the end of the text.
     Program block(bool inside) {
         Program statements;
@@ -140,6 +157,10 @@ private:
                 }
                 take();
             }
+        } else if (first.kind == TokenKind::Identifier && first.text == "help" &&
+                   peek(1).kind == TokenKind::Identifier) {
+            s.kind = Statement::Kind::Expression;
+            s.expr = helpCommand();
         } else {
             ExprPtr value = expression();
             if (isOperator(peek(), "=")) {

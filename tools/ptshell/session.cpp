@@ -1,5 +1,6 @@
 #include "session.h"
 
+#include "completion.h"
 #include "parser.h"
 
 namespace ptshell {
@@ -35,6 +36,11 @@ Session::Outcome Session::run(const std::string& text, int& status) {
         _err << errorLine({"ptshell:InternalError", error.what(), ""}) << std::endl;
     }
     return Outcome::Failed;
+}
+
+std::vector<std::string> Session::completions(const std::string& line, std::size_t start,
+                                              std::size_t end) const {
+    return completeWord(line, start, end, _evaluator.variableNames());
 }
 
 bool Session::isComplete(const std::string& text) {

@@ -5,6 +5,7 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
 #include "evaluator.h"
 
@@ -22,6 +23,9 @@ public:
     /// Whether a text is complete: false while a block, bracket or text is still open, so that
     /// an interactive session reads another line.
     static bool isComplete(const std::string& text);
+    /// The names that complete the word line[start, end) (see completeWord).
+    std::vector<std::string> completions(const std::string& line, std::size_t start,
+                                         std::size_t end) const;
 
 private:
     Evaluator _evaluator;

@@ -1,0 +1,63 @@
+#include "arguments.h"
+
+#include <algorithm>
+
+namespace ptreport {
+
+Arguments::Arguments(const std::vector<std::string>& words,
+                     const std::vector<OptionSpec>& options) {
+    bool optionsEnded = false;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        std::string word = words[i];
+        if (optionsEnded || word.size() < 2 || word[0] != '-') {
+            _inputs.push_back(word);
+            continue;
+        }
+        if (word == "--") {
+            optionsEnded = true;
+            continue;
+        }
+        if (word == "-o") {
+            word = "--output";
+        }
+        std::string name = word.substr(2);
+        std::string value;
+        bool inlineValue = false;
+        if (const std::size_t equals = name.find('='); equals != std::string::npos) {
+            value = name.substr(equals + 1);
+            name.resize(equals);
+            inlineValue = true;
+        }
+        const auto spec = std::find_if(options.begin(), options.end(),
+                                       [&](const OptionSpec& o) { return o.name == name; });
+        if (word.rfind("--", 0) != 0 || spec == options.end()) {
+            throw UsageError("unknown option " + words[i]);
+        }
+        if (!spec->takesValue) {
+            if (inlineValue) {
+                throw UsageError("--" + name + " takes no value");
+            }
+        } else if (!inlineValue) {
+            if (i + 1 >= words.size()) {
+                throw UsageError("--" + name + " needs a value");
+            }
+            value = words[++i];
+        }
+        if (!spec->repeatable && has(name)) {
+            throw UsageError("--" + name + " given twice");
+        }
+        _values[name].push_back(value);
+    }
+}
+
+std::string Arguments::value(const std::string& option, const std::string& fallback) const {
+    const auto found = _values.find(option);
+    return found == _values.end() ? fallback : found->second.back();
+}
+
+std::vector<std::string> Arguments::values(const std::string& option) const {
+    const auto found = _values.find(option);
+    return found == _values.end() ? std::vector<std::string>{} : found->second;
+}
+
+}  // namespace ptreport
