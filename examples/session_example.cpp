@@ -1,110 +1,105 @@
-// A simulated session of the host and its two tools, instrumented with the tracer's exports.
+// A simulated session of the host and its two tools, instrumented with the tracer's scope guards.
 //
 // The host language evaluates a script, the block-diagram tool compiles and simulates a model,
-// and the state-chart tool builds the charts inside it. Each piece of work is a phase logged
-// at its start and its end under a grouping; the tools' groupings sit below one parent, so
-// that enabling the parent enables the session. At the end the application, as any host of
-// the tracer's module does, saves its run through the class PerfTools.Tracer:
+// and the state-chart tool builds the charts inside it. Each piece of work is a phase under a
+// grouping, logged from its start to the end of its scope; the tools' groupings sit below one
+// parent, so that enabling the parent enables the session. The phases take tens to hundreds of
+// milliseconds, about a second and a half in all, computing (so that they take CPU time) or
+// waiting (as a script reading files would). At the end the application saves its run:
 //     pt_session_example [--changed] [FILE.hvf]
 // --changed runs the session as a later version of the tools would: a slower sort, a third
-// chart, more simulation steps and a limit check, so that two saved runs can be compared.
+// chart, faster simulation steps and a new limit check, so that two saved runs can be compared.
 
 #include <performance_tracer/performance_tracer.h>
 
-#include <pt_platform/except.h>
-#include <pt_platform/hv.h>
-#include <pt_platform/vos.h>
-
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
-#include <exception>
 #include <string>
 #include <thread>
 #include <vector>
 
 namespace {
 
+using std::chrono::milliseconds;
+
 /// What a session does; the changed one differs from the baseline in several places.
 struct Workload {
-    int sortMilliseconds = 4;
+    milliseconds sort{300};
     std::vector<const char*> charts = {"Gear Logic", "Shift Schedule"};
-    int outputSteps = 3;
+    int outputSteps = 12;
+    milliseconds outputStep{50};
     bool checkLimits = false;
 };
 
 Workload changedWorkload() {
     Workload workload;
-    workload.sortMilliseconds = 9;
+    workload.sort = milliseconds(450);
     workload.charts.push_back("Clutch Control");
-    workload.outputSteps = 5;
+    workload.outputStep = milliseconds(30);
     workload.checkLimits = true;
     return workload;
 }
 
-/// Logs the start of a phase now and its end when it goes out of scope.
-template <typename Log>
-class Phase {
-public:
-    explicit Phase(Log log) : _log(log) { _log(true); }
-    ~Phase() { _log(false); }
-    Phase(const Phase&) = delete;
-    Phase& operator=(const Phase&) = delete;
-
-private:
-    Log _log;
-};
-
-void work(int milliseconds) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-}
-
-void runScript(int grouping) {
-    Phase script([&](bool start) { ptLogOrviaData(grouping, "scripts/setup_plant.m", start); });
-    work(3);
-    {
-        Phase eval([&](bool start) {
-            ptLogOrviaData(KsPerformanceTracingPoint::_groupingID, "evaluate parameters", start);
-        });
-        work(2);
+/// Computes for a while, as a compiler or a solver does.
+void compute(milliseconds duration) {
+    const auto end = std::chrono::steady_clock::now() + duration;
+    volatile double sink = 0.0;
+    while (std::chrono::steady_clock::now() < end) {
+        for (int i = 1; i < 1000; ++i) {
+            sink = sink + std::sqrt(static_cast<double>(i));
+        }
     }
-    work(1);
 }
 
-void buildModel(const std::string& model, const Workload& workload) {
-    Phase compile([&](bool start) {
-        ptLogKestruneData("Kestrune Compile", model, "sim", "compile model", start);
-    });
+/// Waits for a while, as a script reading files does.
+void wait(milliseconds duration) { std::this_thread::sleep_for(duration); }
+
+/// The block-diagram tool starts: its own grouping, which a separate report shows.
+void startTools() {
+    const pt::GroupingRef startup("Kestrune Startup");
     {
-        Phase sort([&](bool start) {
-            ptLogKestruneData("Kestrune Compile", model, "sim", "sort blocks", start);
-        });
-        work(workload.sortMilliseconds);
+        pt::OrviaPhase load(startup, "load libraries");
+        wait(milliseconds(80));
+    }
+    pt::OrviaPhase preferences(startup, "read preferences");
+    compute(milliseconds(30));
+}
+
+void runScript(int scripts) {
+    pt::OrviaPhase script(scripts, "scripts/setup_plant.m");
+    wait(milliseconds(60));
+    {
+        pt::OrviaPhase evaluate(KsPerformanceTracingPoint::_groupingID, "evaluate parameters");
+        compute(milliseconds(100));
+    }
+    wait(milliseconds(30));
+}
+
+const char* const kModel = "transmission";
+
+void buildModel(const Workload& workload) {
+    PT_KESTRUNE_PHASE("Kestrune Compile", kModel, "sim", "compile model");
+    {
+        PT_KESTRUNE_PHASE("Kestrune Compile", kModel, "sim", "sort blocks");
+        compute(workload.sort);
     }
     for (const char* chart : workload.charts) {
-        Phase build([&](bool start) {
-            ptLogYlvaneData("Ylvane Build", model, "sim", "sfun machine", chart, "build chart",
-                            start);
-        });
-        work(2);
+        PT_YLVANE_PHASE("Ylvane Build", kModel, "sim", "sfun machine", chart, "build chart");
+        compute(milliseconds(150));
     }
 }
 
-void simulate(const std::string& model, const Workload& workload) {
-    Phase run([&](bool start) {
-        ptLogKestruneData("Kestrune Simulation", model, "sim", "simulate", start);
-    });
+void simulate(const Workload& workload) {
+    PT_KESTRUNE_PHASE("Kestrune Simulation", kModel, "sim", "simulate");
     for (int step = 0; step < workload.outputSteps; ++step) {
-        Phase output([&](bool start) {
-            ptLogKestruneData("Kestrune Simulation", model, "sim", "outputs", start);
-        });
-        work(1);
+        PT_KESTRUNE_PHASE("Kestrune Simulation", kModel, "sim", "outputs");
+        wait(workload.outputStep);  // writing the step's outputs
     }
     if (workload.checkLimits) {
-        Phase check([&](bool start) {
-            ptLogKestruneData("Kestrune Simulation", model, "sim", "check limits", start);
-        });
-        work(2);
+        PT_KESTRUNE_PHASE("Kestrune Simulation", kModel, "sim", "check limits");
+        compute(milliseconds(120));
     }
 }
 
@@ -144,20 +139,6 @@ void printRawStore() {
     std::printf("%zu points\n", points->size());
 }
 
-/// PerfTools.Tracer.saveToFile(file), called as the host calls a method.
-bool saveRun(const std::string& file) {
-    HVInitialize_performance_tracer();
-    const hvUniqueArray name(hvCreateString(file));
-    try {
-        vos::invoke("PerfTools.Tracer.saveToFile", 0, std::vector<const hvArray*>{name.get()});
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "could not save the run: %s\n", error.what());
-        return false;
-    }
-    std::printf("saved to %s\n", file.c_str());
-    return true;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -177,18 +158,19 @@ int main(int argc, char** argv) {
         return 1;
     }
 
-    // Nothing is enabled yet: these calls cost a flag test each and record nothing.
+    // Nothing is enabled yet: these phases cost a flag test each and record nothing.
     runScript(scripts);
-    buildModel("transmission", workload);
 
     ptEnableTracer("Session", true);
     ptEnableTracer("Scripts", true);
     ptEnableTracer("EvalPrms", true);
-    ptSetStatisticsTypeForModel("transmission", "Normal");
+    ptEnableTracer("Kestrune Startup", true);
+    ptSetStatisticsTypeForModel(kModel, "Normal");
 
+    startTools();
     runScript(scripts);
-    buildModel("transmission", workload);
-    simulate("transmission", workload);
+    buildModel(workload);
+    simulate(workload);
 
     std::printf("Groupings enabled with Session:");
     for (const std::string& name : ptGetGroupingList("Session")) {
@@ -196,5 +178,14 @@ int main(int argc, char** argv) {
     }
     std::printf("\n\n");
     printRawStore();
-    return saveRun(arguments.empty() ? "session.hvf" : arguments.front()) ? 0 : 1;
+
+    const std::string file = arguments.empty() ? "session.hvf" : arguments.front();
+    try {
+        pt::saveRun(file);
+    } catch (const pt::Error& error) {
+        std::fprintf(stderr, "could not save the run: %s\n", error.what());
+        return 1;
+    }
+    std::printf("saved to %s\n", file.c_str());
+    return 0;
 }

@@ -1,18 +1,55 @@
-// Built against an installed tracer: logs one phase and reads the points back.
+// Built against an installed tracer with nothing but its own headers: four threads trace their
+// work with PT_PHASE, each in a grouping of its own; the run is saved and written as a Detail
+// page per grouping and a Difference page against the run saved before the last worker's
+// second pass.
 #include <performance_tracer/performance_tracer.h>
 
 #include <cstdio>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr int kWorkers = 4;
+
+std::string grouping(int worker) { return "Worker " + std::to_string(worker); }
+
+void work(int worker) {
+    const pt::GroupingRef id(grouping(worker));
+    for (int i = 0; i < 50; ++i) {
+        pt::OrviaPhase task(id, "task");
+        pt::KestrunePhase check(id, "model", "sim", "install check");
+    }
+}
+
+}  // namespace
 
 int main() {
-    const int grouping = ptAddGrouping("Consumer");
-    ptEnableTracer("Consumer", true);
-    ptLogOrviaData(grouping, "install check", true);
-    ptLogOrviaData(grouping, "install check", false);
-
-    const auto points = ptTracer()->snapshotRawData();
-    if (!points || points->size() != 2) {
+    std::vector<std::thread> threads;
+    for (int worker = 0; worker < kWorkers; ++worker) {
+        ptEnableTracer(grouping(worker), true);
+    }
+    for (int worker = 0; worker < kWorkers; ++worker) {
+        threads.emplace_back(work, worker);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    try {
+        pt::saveRun("first.hvf");
+        work(0);
+        pt::saveRun("second.hvf");
+        for (int worker = 0; worker < kWorkers; ++worker) {
+            pt::writeDetailReport("worker" + std::to_string(worker) + ".html",
+                                  pt::ReportOptions("second.hvf").withGrouping(grouping(worker)));
+        }
+        pt::writeDifferenceReport("difference.html", {"first.hvf", "second.hvf"});
+    } catch (const pt::Error& error) {
+        std::fprintf(stderr, "consumer: %s (%s)\n", error.what(), error.id().c_str());
         return 1;
     }
+    const auto points = ptTracer()->snapshotRawData();
     std::printf("consumer: %zu points, phase '%s'\n", points->size(),
                 ptGetPhaseStr(points->front()->_phaseID).c_str());
     return 0;
