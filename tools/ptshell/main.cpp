@@ -6,6 +6,7 @@
 #include <editline/readline.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -14,6 +15,7 @@
 #include <sstream>
 #include <string>
 
+#include "interrupts.h"
 #include "session.h"
 
 namespace {
@@ -31,7 +33,12 @@ constexpr const char* kUsage =
     "  --version       show the version\n"
     "\n"
     "Without -e or FILE, ptshell reads statements at the prompt '>> '. In -e and script mode\n"
-    "the first uncaught error ends the run with exit status 1.\n";
+    "the first uncaught error ends the run with exit status 1.\n"
+    "\n"
+    "Ctrl-C stops the running statement with the error \"Interrupted\", which try can catch;\n"
+    "variables and the tracer's data stay. At the prompt it drops the line being typed; exit\n"
+    "or Ctrl-D leaves. No value that the shell makes may hold more than 1 GiB; a value that\n"
+    "would is refused before it is made.\n";
 
 std::filesystem::path executableFolder() {
     std::error_code error;
@@ -67,6 +74,9 @@ int interactive(ptshell::Session& session) {
     const bool terminal = isatty(STDIN_FILENO);
     std::string history;
     if (terminal) {
+        // Typed text reaches the line editor in the terminal's own encoding.
+        std::setlocale(LC_CTYPE, "");
+        rl_getc_function = ptshell::readTypedCharacter;
         if (const char* home = std::getenv("HOME")) {
             history = std::string(home) + "/.ptshell_history";
             read_history(history.c_str());
@@ -78,6 +88,11 @@ int interactive(ptshell::Session& session) {
         std::string line;
         if (terminal) {
             char* read = readline(pending.empty() ? ">> " : ".. ");
+            if (!read && ptshell::interruptFlag().exchange(false)) {
+                std::cout << "^C" << std::endl;  // the line, and any open block, are dropped
+                pending.clear();
+                continue;
+            }
             if (!read) {
                 std::cout << std::endl;
                 break;
@@ -94,6 +109,7 @@ int interactive(ptshell::Session& session) {
         if (!ptshell::Session::isComplete(pending)) {
             continue;
         }
+        ptshell::interruptFlag() = false;  // a Ctrl-C while nothing ran stops nothing
         const ptshell::Session::Outcome outcome = session.run(pending, status);
         pending.clear();
         if (outcome == ptshell::Session::Outcome::Exited) {
@@ -153,9 +169,13 @@ int main(int argc, char** argv) {
         return 2;
     }
 
-    ptshell::Session session(std::cout, std::cerr);
+    const bool scriptRun = haveStatements || !script.empty();
+    ptshell::catchInterrupts(scriptRun);
+    ptshell::EvalOptions options;
+    options.interrupt = &ptshell::interruptFlag();
+    ptshell::Session session(std::cout, std::cerr, options);
     int status = 0;
-    if (haveStatements || !script.empty()) {
+    if (scriptRun) {
         std::string text = statements;
         if (!haveStatements) {
             bool ok = false;
