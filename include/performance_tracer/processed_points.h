@@ -7,6 +7,7 @@
 #include <performance_tracer/export.h>
 #include <performance_tracer/mem_stats.h>
 #include <performance_tracer/raw_points.h>
+#include <performance_tracer/row_numbers.h>
 
 #include <boost/shared_ptr.hpp>
 
@@ -82,15 +83,16 @@ public:
     bool errorRow = false;
     /// The row was made up by the matching pass for unaccounted time.
     bool gapRow = false;
-    /// Outline number such as 2.1.3.
-    std::string HTMLPhaseNumString;
+    /// Outline number such as 2.1.3; its text is made where it is read.
+    PTOutlineNumber HTMLPhaseNumString;
     /// Row number in the data set, from 1, in order of the phases' starts.
     std::int32_t HTMLRowNumber = 0;
     std::int32_t numChildren = 0;
     /// Nesting depth, 0 at the top level.
     std::int32_t stackDepth = 0;
-    /// Row numbers of all descendants in order of their starts.
-    std::vector<std::int32_t> childrenIDs;
+    /// Row numbers of all descendants in order of their starts: always consecutive, since a
+    /// phase's descendants are the rows started while it was open.
+    PTRowRun childrenIDs;
     std::int32_t _parentPhaseID = -1;
 
 protected:

@@ -44,54 +44,98 @@ void insertGrouping(std::int32_t id, std::vector<std::string> children) {
     (*tracer()._groupings)[id] = std::make_unique<std::vector<std::string>>(std::move(children));
 }
 
-void enableTree(const std::string& grouping, bool enable, Visited& visited) {
-    const std::int32_t id = groupingID(grouping, true);
+// Trees can be as deep as the data makes them (a chain of 10^5 groupings is one long path),
+// so the walks keep their own stacks instead of recursing. Each takes the children in the
+// order a recursive walk would, so ids are created and states set in the same order.
+
+/// Pre-order: a grouping's state is set before its children are entered. A child's id is
+/// looked up (and created) only when the walk reaches it.
+void enableTree(const std::string& grouping, bool enable) {
     const EPTGroupingEnabled state = enable ? PT_GROUPING_ON : PT_GROUPING_OFF;
-    if (!visited.insert(id).second) {
-        return;
-    }
-    if (const std::vector<std::string>* children = childrenOf(id)) {
-        tracer().setGroupingEnabled(id, state);
-        // A copy: enabling below may add groupings, never change this list, but the copy keeps
-        // the walk independent of the map.
-        for (const std::string& child : std::vector<std::string>(*children)) {
-            enableTree(child, enable, visited);
+    Visited visited;
+    std::vector<std::string> pending{grouping};  // the next name to enter at the back
+    while (!pending.empty()) {
+        const std::string name = std::move(pending.back());
+        pending.pop_back();
+        const std::int32_t id = groupingID(name, true);
+        if (!visited.insert(id).second) {
+            continue;
         }
-    } else {
-        insertGrouping(id, {});
-        tracer().setGroupingEnabled(id, state);
+        if (const std::vector<std::string>* children = childrenOf(id)) {
+            tracer().setGroupingEnabled(id, state);
+            // Enabling below may add groupings but never changes this list; the names are
+            // copied all the same, so the walk does not depend on the map.
+            pending.insert(pending.end(), children->rbegin(), children->rend());
+        } else {
+            insertGrouping(id, {});
+            tracer().setGroupingEnabled(id, state);
+        }
     }
 }
 
-bool removeTree(std::int32_t id, Visited& visited) {
-    std::vector<std::string>* children = childrenOf(id);
-    if (!children || !visited.insert(id).second) {
+/// Post-order: a grouping goes after everything below it. A child is looked up when the walk
+/// reaches it, after its earlier siblings' subtrees have gone.
+bool removeTree(std::int32_t root) {
+    struct Frame {
+        std::int32_t id;
+        std::vector<std::string> children;  // as they stood when the walk entered
+        std::size_t next = 0;
+    };
+    Visited visited;
+    std::vector<Frame> path;
+    const auto enter = [&](std::int32_t id) {
+        const std::vector<std::string>* children = childrenOf(id);
+        if (!children || !visited.insert(id).second) {
+            return false;
+        }
+        path.push_back({id, *children});
+        return true;
+    };
+    if (!enter(root)) {
         return false;
     }
-    for (const std::string& child : std::vector<std::string>(*children)) {
-        const std::int32_t childID = groupingID(child, false);
-        if (childrenOf(childID)) {
-            removeTree(childID, visited);
+    while (!path.empty()) {
+        Frame& frame = path.back();
+        if (frame.next < frame.children.size()) {
+            enter(groupingID(frame.children[frame.next++], false));
+            continue;
         }
+        tracer().setGroupingEnabled(frame.id, PT_GROUPING_UNSET);
+        tracer()._groupings->erase(frame.id);
+        path.pop_back();
     }
-    tracer().setGroupingEnabled(id, PT_GROUPING_UNSET);
-    tracer()._groupings->erase(id);
     return true;
 }
 
 /// Lists in post-order. A name under several parents is listed under each of them; only a
 /// grouping that is already on the current path is cut off, which ends a cycle.
-void listTree(const std::string& grouping, Visited& onPath, std::vector<std::string>& out) {
-    const std::int32_t id = groupingID(grouping, false);
-    const std::vector<std::string>* children = childrenOf(id);
-    if (!children || !onPath.insert(id).second) {
-        return;
+void listTree(const std::string& grouping, std::vector<std::string>& out) {
+    struct Frame {
+        std::int32_t id;
+        const std::string* name;
+        const std::vector<std::string>* children;  // listing changes no list
+        std::size_t next = 0;
+    };
+    Visited onPath;
+    std::vector<Frame> path;
+    const auto enter = [&](const std::string& name) {
+        const std::int32_t id = groupingID(name, false);
+        const std::vector<std::string>* children = childrenOf(id);
+        if (children && onPath.insert(id).second) {
+            path.push_back({id, &name, children});
+        }
+    };
+    enter(grouping);
+    while (!path.empty()) {
+        Frame& frame = path.back();
+        if (frame.next < frame.children->size()) {
+            enter((*frame.children)[frame.next++]);
+            continue;
+        }
+        onPath.erase(frame.id);
+        out.push_back(*frame.name);
+        path.pop_back();
     }
-    for (const std::string& child : *children) {
-        listTree(child, onPath, out);
-    }
-    onPath.erase(id);
-    out.push_back(grouping);
 }
 
 }  // namespace
@@ -151,14 +195,12 @@ bool ptUpdateGrouping(const std::string& grouping, const std::vector<std::string
 }
 
 bool ptRemoveGrouping(const std::string& grouping) {
-    Visited visited;
-    return removeTree(groupingID(grouping, false), visited);
+    return removeTree(groupingID(grouping, false));
 }
 
 void ptEnableTracer(const std::string& grouping, bool enable) {
     ensureTree();
-    Visited visited;
-    enableTree(grouping, enable, visited);
+    enableTree(grouping, enable);
 }
 
 std::vector<std::string> ptGetGroupingList(const std::string& grouping) {
@@ -166,7 +208,6 @@ std::vector<std::string> ptGetGroupingList(const std::string& grouping) {
     if (!tracer()._groupings) {
         return out;
     }
-    Visited onPath;
-    listTree(grouping, onPath, out);
+    listTree(grouping, out);
     return out;
 }

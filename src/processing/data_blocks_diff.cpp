@@ -82,7 +82,7 @@ public:
         const bool isGap = (left && left->gapRow) || (right && right->gapRow);
 
         Record record("dataStruct");
-        record.number(isParent ? 1 : 0).quoted(row.HTMLPhaseNumString).number(isGap ? 1 : 0);
+        record.number(isParent ? 1 : 0).quoted(row.HTMLPhaseNumString.str()).number(isGap ? 1 : 0);
         writePlace(record, row);
         if (_metric == pt::kMetricTime) {
             setTimeTexts(left, Side::Left, isParent, pair.kind);

@@ -111,7 +111,7 @@ void writeDetailedMemory(Record& record, const PTOrviaProcessedDataPoint& row, b
 std::string procRecord(const PTOrviaProcessedDataPoint& row, const std::string& metric) {
     const bool isParent = row.numChildren > 0;
     Record record("dataStruct");
-    record.number(isParent ? 1 : 0).quoted(row.HTMLPhaseNumString).number(row.gapRow ? 1 : 0);
+    record.number(isParent ? 1 : 0).quoted(row.HTMLPhaseNumString.str()).number(row.gapRow ? 1 : 0);
     writePlace(record, row);
     if (metric == pt::kMetricTime) {
         writeTime(record, row, isParent);

@@ -225,11 +225,74 @@ void runPass(PTMatchState& state, PTRawDataVector& raw, const PassFilter& filter
     walk(state, list, filter);
 }
 
+/// Grows the counters so that depth indexes one of them; only a first point that is an end
+/// can leave depth more than one past the last.
+void ensureLevel(PTMatchState& state) {
+    while (static_cast<std::size_t>(state.depth) >= state.levelCounters.size()) {
+        state.levelCounters.push_back(0);
+        ++state.out._levelCount;
+    }
+}
+
+/// Counts a phase started at the current depth.
+void countStart(PTMatchState& state) {
+    const auto level = static_cast<std::size_t>(state.depth);
+    ++state.levelCounters[level];
+    state.validPrefixes = std::min(state.validPrefixes, level);
+}
+
+/// The next phase at the current depth numbers its children from 1 again.
+void restartChildren(PTMatchState& state) {
+    const auto level = static_cast<std::size_t>(state.depth);
+    state.levelCounters[level] = 0;
+    state.validPrefixes = std::min(state.validPrefixes, level);
+}
+
+/// The outline number of the phase just started (depth already counts it): levelCounters[0]
+/// to levelCounters[n-1] joined by ".", n the smaller of depth and the number of counters.
+/// Each number is one entry that extends the number of its parent level, so a row costs the
+/// same at any depth; only the entries of levels whose counters changed are made anew.
+PTOutlineNumber outlineNumber(PTMatchState& state) {
+    const std::size_t n =
+        std::min(static_cast<std::size_t>(std::max(state.depth, 0)), state.levelCounters.size());
+    if (n == 0) {
+        return {};
+    }
+    if (state.outlinePrefixes.size() < n) {
+        state.outlinePrefixes.resize(n);
+    }
+    for (std::size_t level = state.validPrefixes; level < n; ++level) {
+        const std::uint32_t prefix =
+            level == 0 ? PTOutlineTable::kNoPrefix : state.outlinePrefixes[level - 1];
+        state.outlinePrefixes[level] = state.outlines->add(prefix, state.levelCounters[level]);
+    }
+    state.validPrefixes = std::max(state.validPrefixes, n);
+    return PTOutlineNumber(state.outlines, state.outlinePrefixes[n - 1]);
+}
+
+/// A start has made its row: it gets its outline number when the pass numbers rows.
+void numberRow(PTMatchState& state, PTOrviaProcessedDataPoint& row) {
+    if (state.outlines) {
+        row.HTMLPhaseNumString = outlineNumber(state);
+    }
+}
+
+/// An open phase is done with (matched, or left open at the end): its descendants are the
+/// rows started since its own, which are consecutive.
+void closeDescendants(const PTMatchState& state, PTOrviaProcessedDataPoint& row) {
+    if (state.outlines) {
+        // The row took its number when the counter passed it, so the count is never negative.
+        const std::int32_t first = row.HTMLRowNumber + 1;
+        row.childrenIDs = PTRowRun(first, static_cast<std::size_t>(state.rowCounter - first));
+    }
+}
+
 /// Marks what is left open; the report passes also count it as an error.
 bool closeOpenPhases(PTMatchState& state, bool isError) {
     const bool leftOpen = !state.phaseStack.empty();
     for (const auto& open : state.phaseStack) {
         open.row().errorRow = true;
+        closeDescendants(state, open.row());
     }
     state.phaseStack.clear();
     state.out._hasError = state.out._hasError || (isError && leftOpen);
@@ -242,40 +305,18 @@ void finishReportPass(PTMatchState& state) {
     closeOpenPhases(state, true);
 }
 
-/// Grows the counters so that depth indexes one of them; only a first point that is an end
-/// can leave depth more than one past the last.
-void ensureLevel(PTMatchState& state) {
-    while (static_cast<std::size_t>(state.depth) >= state.levelCounters.size()) {
-        state.levelCounters.push_back(0);
-        ++state.out._levelCount;
-    }
-}
-
 }  // namespace
 
 // ---- The steps ----
-
-std::string ptHtmlPhaseNumber(const std::vector<std::int32_t>& levelCounters, std::int32_t depth) {
-    const std::size_t n =
-        std::min(static_cast<std::size_t>(std::max(depth, 0)), levelCounters.size());
-    std::string number;
-    for (std::size_t i = 0; i < n; ++i) {
-        if (i != 0) {
-            number += '.';
-        }
-        number += std::to_string(levelCounters[i]);
-    }
-    return number;
-}
 
 void ptOnFirstPoint(PTMatchState& state, const PointPtr& cur) {
     PTProcessedData& out = state.out;
     if (cur->_isPhaseStart) {
         state.levelCounters.push_back(0);
         ++out._levelCount;
-        ++state.levelCounters[static_cast<std::size_t>(state.depth)];
+        countStart(state);
         auto row = newRow(cur, state.rowCounter++, state.depth++);
-        row->_point->HTMLPhaseNumString = ptHtmlPhaseNumber(state.levelCounters, state.depth);
+        numberRow(state, *row->_point);
         state.phaseStack.push_front({cur, row});
         state.enter(cur, row, true);
         out._baseWC = cur->_wcTime;
@@ -293,19 +334,18 @@ void ptOnFirstPoint(PTMatchState& state, const PointPtr& cur) {
 }
 
 void ptOnStartPoint(PTMatchState& state, const PointPtr& cur) {
+    // Only the parent counts its direct children here; every open phase gets the new row as a
+    // descendant when it closes, since its descendants are the rows started while it is open.
     if (!state.phaseStack.empty()) {
         ++state.phaseStack.front().row().numChildren;
-        for (const auto& open : state.phaseStack) {
-            open.row().childrenIDs.push_back(state.rowCounter);
-        }
     }
     ensureLevel(state);
-    ++state.levelCounters[static_cast<std::size_t>(state.depth)];
+    countStart(state);
     auto row = newRow(cur, state.rowCounter++, state.depth++);
     if (!state.phaseStack.empty()) {
         row->_point->_parentPhaseID = state.phaseStack.front().point->_phaseID;
     }
-    row->_point->HTMLPhaseNumString = ptHtmlPhaseNumber(state.levelCounters, state.depth);
+    numberRow(state, *row->_point);
     state.phaseStack.push_front({cur, row});
     state.enter(cur, row, true);
     state.lastWasStart = true;
@@ -350,12 +390,12 @@ void ptOnEndPoint(PTMatchState& state, const PointPtr& cur) {
             }
         }
     }
+    closeDescendants(state, row);
     state.enter(cur, top.info, false);
     state.phaseStack.pop_front();
 
     ensureLevel(state);
-    // The next phase at this level numbers its children from 1 again.
-    state.levelCounters[static_cast<std::size_t>(state.depth)] = 0;
+    restartChildren(state);
     if (state.depth == 1) {
         out._wcSum += row.wcElapsedTime;
         out._cpuSum += row.cpuElapsedTime;
@@ -425,7 +465,7 @@ bool ptMatchDiagnostic(PerformanceTracer& tracer, PTRawDataVector* raw, const st
     if (!raw || raw->empty()) {
         return true;
     }
-    PTMatchState state(tracer, &map, nullptr, out);
+    PTMatchState state(tracer, &map, nullptr, out, false);
     runPass(state, *raw, PassFilter(tracer, PassFilter::Kind::Diagnostic, {grouping}));
     out._totalWC = 0.0;
     out._totalCPU = 0.0;

@@ -7,6 +7,7 @@
 
 #include <performance_tracer/processed_points.h>
 
+#include <boost/make_shared.hpp>
 #include <boost/unordered_map.hpp>
 
 #include <deque>
@@ -50,10 +51,6 @@ void ptMatchRows(PerformanceTracer& tracer, PTRawDataVector& raw,
                  const std::vector<std::string>& names, bool byModel, PTStartRows& startRows,
                  PTProcessedData& out);
 
-/// The outline number: levelCounters[0 .. n-1] joined by ".", n the smaller of depth and the
-/// number of counters.
-std::string ptHtmlPhaseNumber(const std::vector<std::int32_t>& levelCounters, std::int32_t depth);
-
 /// State of one pass.
 struct PTMatchState {
     struct OpenPhase {
@@ -62,9 +59,15 @@ struct PTMatchState {
         PTOrviaProcessedDataPoint& row() const { return *info->_point; }
     };
 
+    /// A pass that numbers its rows gives each an outline number and its descendants; the
+    /// diagnostic pass shows neither and leaves them out.
     PTMatchState(PerformanceTracer& tracer, PTPointMap* map, PTStartRows* startRows,
-                 PTProcessedData& out)
-        : tracer(tracer), map(map), startRows(startRows), out(out) {}
+                 PTProcessedData& out, bool numbersRows = true)
+        : tracer(tracer),
+          map(map),
+          startRows(startRows),
+          out(out),
+          outlines(numbersRows ? boost::make_shared<PTOutlineTable>() : nullptr) {}
 
     /// Whether the next point taken up is the first: the map is still empty, or, without a
     /// map, nothing has been taken up yet.
@@ -90,6 +93,12 @@ struct PTMatchState {
     std::deque<OpenPhase> phaseStack;
     /// Phases started so far at each depth under the current parent.
     std::vector<std::int32_t> levelCounters;
+    /// The outline numbers of the rows; null when rows are not numbered.
+    boost::shared_ptr<PTOutlineTable> outlines;
+    /// outlinePrefixes[d] is the entry of levelCounters[0 .. d] joined, for d below
+    /// validPrefixes; a counter that changes makes its own and all deeper entries stale.
+    std::vector<std::uint32_t> outlinePrefixes;
+    std::size_t validPrefixes = 0;
     std::int32_t depth = 0;
     std::int32_t rowCounter = 1;
     bool lastWasStart = false;

@@ -51,7 +51,7 @@ void putFigure(hvArray* structure, int field, hvArray* scratch, double figure) {
     hvSetFieldByNumber(structure, 0, field, hvDuplicateArray(scratch));
 }
 
-hvArray* childrenCells(const std::vector<std::int32_t>& ids) {
+hvArray* childrenCells(const PTRowRun& ids) {
     hvUniqueArray children(hvCreateCellMatrix(1, ids.size()));
     for (std::size_t i = 0; i < ids.size(); ++i) {
         hvSetCell(children.get(), i, pt::makeInt32(ids[i]));
@@ -145,7 +145,7 @@ hvArray* PTOrviaProcessedDataPoint::buildStruct() const {
     field += 16;
     hvSetFieldByNumber(structure.get(), 0, field++, hvCreateLogicalScalar(errorRow));
     hvSetFieldByNumber(structure.get(), 0, field++, hvCreateLogicalScalar(gapRow));
-    hvSetFieldByNumber(structure.get(), 0, field++, hvCreateString(HTMLPhaseNumString));
+    hvSetFieldByNumber(structure.get(), 0, field++, hvCreateString(HTMLPhaseNumString.str()));
     putUnsigned(field++, HTMLRowNumber);
     putUnsigned(field++, numChildren);
     putUnsigned(field++, stackDepth);

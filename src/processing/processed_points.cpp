@@ -85,7 +85,7 @@ void PTOrviaProcessedDataPoint::basicMemToRow(hvArray* row, std::size_t& index) 
 void PTOrviaProcessedDataPoint::stateToRow(hvArray* row, std::size_t& index) const {
     hvSetCell(row, index++, hvCreateLogicalScalar(errorRow));
     hvSetCell(row, index++, hvCreateLogicalScalar(gapRow));
-    hvSetCell(row, index++, hvCreateString(HTMLPhaseNumString));
+    hvSetCell(row, index++, hvCreateString(HTMLPhaseNumString.str()));
     for (std::int32_t number : {HTMLRowNumber, numChildren, stackDepth}) {
         hvSetCell(row, index++, pt::makeUInt32(static_cast<std::uint32_t>(number)));
     }

@@ -188,4 +188,33 @@ TEST_F(Groupings, CyclesEndEveryWalk) {
     }
 }
 
+TEST_F(Groupings, AChainAHundredThousandLongEnablesListsAndRemoves) {
+    // Each walk once recursed per level and ran out of stack on chains this long.
+    constexpr int kLength = 100000;
+    const auto name = [](int i) { return "chain" + std::to_string(i); };
+    for (int i = 0; i + 1 < kLength; ++i) {
+        ASSERT_EQ(ptAddGrouping(name(i), {name(i + 1)}), "");
+    }
+    ptEnableTracer(name(0), true);
+    for (const int i : {0, 1, kLength / 2, kLength - 1}) {
+        EXPECT_EQ(stateOf(name(i)), PT_GROUPING_ON) << i;
+    }
+    const Names list = ptGetGroupingList(name(0));
+    ASSERT_EQ(list.size(), static_cast<std::size_t>(kLength));
+    EXPECT_EQ(list.front(), name(kLength - 1));
+    EXPECT_EQ(list.back(), name(0));
+
+    // Closed into a ring, every walk still visits each grouping once.
+    ptUpdateGrouping(name(kLength - 1), {name(0)});
+    ptEnableTracer(name(kLength / 2), false);
+    EXPECT_EQ(stateOf(name(0)), PT_GROUPING_OFF);
+    EXPECT_EQ(ptGetGroupingList(name(1)).size(), static_cast<std::size_t>(kLength));
+
+    EXPECT_TRUE(ptRemoveGrouping(name(0)));
+    for (const int i : {0, 1, kLength / 2, kLength - 1}) {
+        EXPECT_EQ(childrenOf(name(i)), nullptr) << i;
+        EXPECT_EQ(stateOf(name(i)), PT_GROUPING_UNSET) << i;
+    }
+}
+
 }  // namespace

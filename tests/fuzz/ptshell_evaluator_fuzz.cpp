@@ -14,6 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     options.allowExit = false;
     options.maxLoopSteps = 20000;
     options.maxElements = 100000;
+    options.maxValueBytes = std::size_t{16} << 20;
     std::ostringstream out;
     std::ostringstream err;
     ptshell::Session session(out, err, options);

@@ -4,7 +4,8 @@
 // found through the point map, generated points are inserted into the list one pair at a time
 // and the loop steps back to them. It keeps the two departures that make every pass end
 // (nothing is inserted without an open phase, nor what the pass's own filter would skip) and
-// the safe growth of the level counters. Tests compare the library's pass with it.
+// the safe growth of the level counters, and leaves outline numbers and descendants out of the
+// diagnostic pass, whose report shows neither. Tests compare the library's pass with it.
 
 #include <performance_tracer/constants.h>
 #include <performance_tracer/names.h>
@@ -15,6 +16,8 @@
 
 #include <algorithm>
 #include <deque>
+#include <map>
+#include <stdexcept>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -72,6 +75,15 @@ public:
             out._hasError = out._hasError || report;
         }
         leftOpen = !_stack.empty();
+        // The library keeps descendants as a run of row numbers, which they must form.
+        for (auto& [row, descendants] : _descendants) {
+            for (std::size_t i = 1; i < descendants.size(); ++i) {
+                if (descendants[i] != descendants[0] + static_cast<std::int32_t>(i)) {
+                    throw std::logic_error("descendants that are not consecutive rows");
+                }
+            }
+            row->childrenIDs = PTRowRun(descendants.at(0), descendants.size());
+        }
     }
 
     /// The rows of the start points in list order, as a selection collects them.
@@ -114,6 +126,8 @@ private:
         return false;
     }
 
+    bool numbers() const { return _variant != Variant::Diagnostic; }
+
     std::string number() const {
         const std::size_t n = std::min<std::size_t>(std::max(_depth, 0), _levels.size());
         std::string text;
@@ -139,7 +153,7 @@ private:
             ++_levels[static_cast<std::size_t>(_depth)];
             auto row = boost::make_shared<PTDiagnosticInfo>(cur, _rowCounter++, _depth++);
             _stack.push_front(cur);
-            row->_point->HTMLPhaseNumString = number();
+            row->_point->HTMLPhaseNumString = numbers() ? number() : std::string();
             map[cur.get()] = row;
             out._baseWC = cur->_wcTime;
             out._baseCPU = cur->_cpuTime;
@@ -157,7 +171,9 @@ private:
         if (!_stack.empty()) {
             ++rowOf(_stack.front()).numChildren;
             for (const PointPtr& open : _stack) {
-                rowOf(open).childrenIDs.push_back(_rowCounter);
+                if (numbers()) {
+                    _descendants[&rowOf(open)].push_back(_rowCounter);
+                }
             }
         }
         grow();
@@ -167,7 +183,7 @@ private:
             row->_point->_parentPhaseID = _stack.front()->_phaseID;
         }
         _stack.push_front(cur);
-        row->_point->HTMLPhaseNumString = number();
+        row->_point->HTMLPhaseNumString = numbers() ? number() : std::string();
         map[cur.get()] = row;
         _lastWasStart = true;
     }
@@ -276,6 +292,7 @@ private:
     std::int32_t _rowCounter = 1;
     bool _lastWasStart = false;
     PointPtr _prev;
+    std::map<PTOrviaProcessedDataPoint*, std::vector<std::int32_t>> _descendants;
 };
 
 }  // namespace pt::testing

@@ -16,6 +16,7 @@
 #include <sstream>
 
 #include "direct_matching_pass.h"
+#include "large_inputs.h"
 #include "random_log.h"
 
 namespace {
@@ -125,7 +126,7 @@ TEST_F(MatchingPass, WaitBetweenChildrenBecomesAPostRow) {
     EXPECT_DOUBLE_EQ(gap.wcElapsedTime, 1.0);
     EXPECT_DOUBLE_EQ(gap.wcStartTime, 0.02);
     EXPECT_EQ(pass.row(0).numChildren, 3);
-    EXPECT_EQ(pass.row(0).childrenIDs, (std::vector<std::int32_t>{2, 3, 4}));
+    EXPECT_EQ(pass.row(0).childrenIDs.toVector(), (std::vector<std::int32_t>{2, 3, 4}));
     EXPECT_EQ(pass.row(1)._parentPhaseID, pass.row(0)._phaseID);
     EXPECT_FALSE(pass.data._hasError);
     // The generated points stand in the list, before the point that followed the wait.
@@ -238,8 +239,39 @@ TEST_F(MatchingPass, AFirstPointThatIsAnEnd) {
     EXPECT_EQ(pass.row(0).HTMLRowNumber, 1);
     EXPECT_EQ(pass.row(1).HTMLRowNumber, 1);  // the number is used again
     EXPECT_EQ(pass.row(1).stackDepth, 1);     // one level too deep for the rest of the pass
+    EXPECT_EQ(pass.row(1).HTMLPhaseNumString, "0.1");  // under a level no phase started
     EXPECT_EQ(pass.data._baseWC, 0.0);
     EXPECT_TRUE(pass.data._hasError);
+}
+
+TEST_F(MatchingPass, PhasesNestedAHundredThousandDeep) {
+    // Outline numbers and descendant lists once grew with the square of the depth.
+    constexpr std::int32_t kDepth = pt::testing::largeSize(100000, 20000);
+    PTRawDataVector log;
+    for (std::int32_t i = 0; i < 2 * kDepth; ++i) {
+        log.push_back(makePoint(0, "G", "p", i < kDepth, i * 1e-6));
+    }
+    const PTProcessedData data = ptGetProcessedDataForGroupings(&log, {"G"});
+    ASSERT_FALSE(data._hasError);
+    ASSERT_EQ(data._rows.size(), static_cast<std::size_t>(kDepth));
+    EXPECT_EQ(data._levelCount, kDepth + 1);
+    std::string deepest = "1";
+    for (std::int32_t depth = 1; depth < kDepth; ++depth) {
+        deepest += ".1";
+    }
+    for (const std::int32_t depth : {0, 1, 2, kDepth / 2, kDepth - 2, kDepth - 1}) {
+        const PTOrviaProcessedDataPoint& row = *data._rows[static_cast<std::size_t>(depth)]->_point;
+        EXPECT_EQ(row.stackDepth, depth);
+        EXPECT_EQ(row.HTMLPhaseNumString,
+                  deepest.substr(0, 2 * static_cast<std::size_t>(depth) + 1));
+        EXPECT_EQ(row.numChildren, depth + 1 < kDepth ? 1 : 0);
+        EXPECT_EQ(row.childrenIDs,
+                  PTRowRun(depth + 2, static_cast<std::size_t>(kDepth - depth - 1)));
+        EXPECT_NEAR(row.wcElapsedTime, (2 * (kDepth - depth) - 1) * 1e-6, 1e-9);
+    }
+    if (!pt::testing::kSanitized) {
+        EXPECT_LT(pt::testing::peakResidentBytes(), pt::testing::kGiB);
+    }
 }
 
 TEST_F(MatchingPass, PointsTakenUpByTheUnaccountedName) {
@@ -448,7 +480,7 @@ TEST_F(MatchingPass, WellFormedLogsGiveConsistentRows) {
                 descendants.push_back(pass.row(j).HTMLRowNumber);
                 children += pass.row(j).stackDepth == row.stackDepth + 1;
             }
-            EXPECT_EQ(row.childrenIDs, descendants);
+            EXPECT_EQ(row.childrenIDs.toVector(), descendants);
             EXPECT_EQ(row.numChildren, children);
             if (row.gapRow) {
                 ++gapRows;

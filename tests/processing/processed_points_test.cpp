@@ -108,7 +108,7 @@ TEST_F(ProcessedPoints, RowPiecesInExportOrder) {
     row.errorRow = true;
     row.HTMLPhaseNumString = "1.2";
     row.HTMLRowNumber = 4;
-    row.childrenIDs = {5, 6};
+    row.childrenIDs = PTRowRun(5, 2);
     hvUniqueArray cells(hvCreateCellMatrix(1, 23));
     std::size_t index = 0;
     row.detailedMemToRow(cells.get(), index);

@@ -14,6 +14,7 @@
 
 #include <unistd.h>
 
+#include "large_inputs.h"
 #include "processing/random_log.h"
 
 namespace {
@@ -312,6 +313,29 @@ TEST_F(DiagnosticReport, APhaseThatNeverEndsIsRed) {
                         "                <td>G</td>\n                <td>open</td>"),
               std::string::npos);
     EXPECT_EQ(page.find("#FF1A00"), page.rfind("#FF1A00"));  // that row alone
+}
+
+TEST_F(DiagnosticReport, PhasesNestedAHundredThousandDeep) {
+    // The report of broken data never refuses: a log this deep once ran out of memory building
+    // outline numbers and descendant lists that the report does not show.
+    constexpr int kDepth = pt::testing::largeSize(100000, 20000);
+    PTRawDataVector points;
+    for (int i = 0; i < 2 * kDepth - 1; ++i) {  // the outermost phase never ends
+        points.push_back(makePoint(0, "G", "p", i < kDepth, i * 1e-6));
+    }
+    const std::string page = write(points, "G");
+    std::size_t rows = 0;
+    for (std::size_t at = page.find("<tr"); at != std::string::npos;
+         at = page.find("<tr", at + 1)) {
+        ++rows;
+    }
+    EXPECT_EQ(rows, static_cast<std::size_t>(2 * kDepth));  // the header and every point
+    const std::size_t red = page.find("<tr style=\"background:#FF1A00\">");
+    EXPECT_EQ(red, page.find("<tr", page.find("</th>")));  // the outermost start, alone
+    EXPECT_EQ(red, page.rfind("#FF1A00") - std::string("<tr style=\"background:").size());
+    if (!pt::testing::kSanitized) {
+        EXPECT_LT(pt::testing::peakResidentBytes(), pt::testing::kGiB);
+    }
 }
 
 TEST_F(DiagnosticReport, EmptyDataAndUnwritableFiles) {

@@ -27,13 +27,17 @@ struct Expr {
     int line = 0;
     int column = 0;
 
-    double number = 0.0;  // Number
-    std::string text;     // String; Name: the first identifier; Binary, Unary: the operator
-    bool flag = false;    // Bool
-    std::vector<Accessor> accessors;         // Name
+    double number = 0.0;              // Number
+    std::string text;                 // String; Name: the first identifier; Unary: the operator
+    bool flag = false;                // Bool
+    std::vector<Accessor> accessors;  // Name
     std::vector<std::vector<ExprPtr>> rows;  // Cell, Matrix
-    ExprPtr left;                            // Binary, Range; Unary: the operand
-    ExprPtr right;                           // Binary, Range
+    ExprPtr left;                            // Range; Unary: the operand
+    ExprPtr right;                           // Range
+    /// Binary: a chain of operators of one precedence, as in a + b - c, taken from the left.
+    /// A chain of any length is one node, so that nothing recurses once per operator.
+    std::vector<ExprPtr> operands;
+    std::vector<std::string> operators;  // operators[i] stands between operands i and i + 1
 };
 
 struct Statement {

@@ -2,6 +2,7 @@
 
 #include <pt_platform/vos.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <thread>
@@ -15,7 +16,7 @@ namespace ptshell {
 
 namespace {
 
-using Args = std::vector<hvUniqueArray>;
+using Args = std::vector<Operand>;
 
 void expectArgs(const Args& args, std::size_t min, std::size_t max) {
     if (args.size() < min || args.size() > max) {
@@ -42,8 +43,10 @@ hvUniqueArray cellRow(const std::vector<std::string>& texts) {
 }
 
 Evaluator::Builtin conversion(hvClassID classID) {
-    return [classID](Evaluator&, Args& args) {
+    return [classID](Evaluator& evaluator, Args& args) {
         expectArgs(args, 1, 1);
+        // A conversion to a wider class can take more room than its argument.
+        evaluator.checkBytes(newValueBytes(classID, hvGetNumberOfElements(args[0].get())));
         return convertTo(args[0].get(), classID);
     };
 }
@@ -96,7 +99,15 @@ hvUniqueArray sleep(Evaluator& evaluator, Args& args) {
     }
     const double seconds = realScalar(args[0].get(), "The time to sleep");
     if (seconds > 0 && seconds < 1e6) {
-        std::this_thread::sleep_for(std::chrono::duration<double>(seconds));
+        // In short steps, so that an interrupt ends the wait.
+        using Clock = std::chrono::steady_clock;
+        const Clock::time_point until = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                                           std::chrono::duration<double>(seconds));
+        for (Clock::time_point now = Clock::now(); now < until; now = Clock::now()) {
+            evaluator.checkInterrupt();
+            std::this_thread::sleep_for(
+                std::min<Clock::duration>(until - now, std::chrono::milliseconds(20)));
+        }
     }
     return nullptr;
 }
@@ -137,7 +148,7 @@ hvUniqueArray makeStruct(Evaluator& evaluator, Args& args) {
         fail("ptshell:ArgumentCount", "struct takes names and values in pairs.");
     }
     std::vector<std::string> names;
-    std::vector<hvUniqueArray*> values;
+    std::vector<Operand*> values;
     for (std::size_t i = 0; i < args.size(); i += 2) {
         const std::string name = textArgument(args[i].get(), "A field name");
         const auto existing = std::find(names.begin(), names.end(), name);
@@ -149,12 +160,15 @@ hvUniqueArray makeStruct(Evaluator& evaluator, Args& args) {
         }
     }
     std::vector<const char*> pointers;
-    for (const std::string& name : names) {
-        pointers.push_back(name.c_str());
+    std::size_t bytes = newValueBytes(hvClassID::Struct, 1, names.size());
+    for (std::size_t f = 0; f < names.size(); ++f) {
+        pointers.push_back(names[f].c_str());
+        bytes = addBytes(bytes, valueBytes(values[f]->get(), evaluator.options().maxValueBytes));
     }
+    evaluator.checkBytes(bytes);
     hvUniqueArray out(hvCreateStructMatrix(1, 1, static_cast<int>(names.size()), pointers.data()));
     for (std::size_t f = 0; f < names.size(); ++f) {
-        hvSetFieldByNumber(out.get(), 0, static_cast<int>(f), values[f]->release());
+        hvSetFieldByNumber(out.get(), 0, static_cast<int>(f), values[f]->take().release());
     }
     evaluator.checkSize(out.get());
     return out;

@@ -53,7 +53,7 @@ std::size_t position(const hvArray* index, std::size_t count) {
 }
 
 /// The linear position of one or more indices.
-std::size_t linearPosition(const hvArray* value, const std::vector<hvUniqueArray>& indices) {
+std::size_t linearPosition(const hvArray* value, const std::vector<Operand>& indices) {
     const std::size_t count = hvGetNumberOfElements(value);
     if (indices.size() == 1) {
         return position(indices[0].get(), count);
@@ -86,6 +86,10 @@ hvUniqueArray errorStruct(const ShellError& error) {
 }
 
 }  // namespace
+
+hvUniqueArray Operand::take() {
+    return _made ? std::move(_made) : hvUniqueArray(_value ? hvDuplicateArray(_value) : nullptr);
+}
 
 Evaluator::Evaluator(std::ostream& out, EvalOptions options) : _out(out), _options(options) {}
 
@@ -120,13 +124,28 @@ void Evaluator::checkSize(const hvArray* value) const {
     }
 }
 
+void Evaluator::checkBytes(std::size_t bytes) const {
+    if (bytes > _options.maxValueBytes) {
+        fail("ptshell:TooLarge",
+             "The value would take more than " + byteText(_options.maxValueBytes) + ".");
+    }
+}
+
+void Evaluator::checkInterrupt() {
+    if (_options.interrupt && _options.interrupt->exchange(false)) {
+        fail("ptshell:Interrupted", "Interrupted");
+    }
+}
+
 void Evaluator::countLoopStep() {
+    checkInterrupt();
     if (++_loopSteps > _options.maxLoopSteps) {
         fail("ptshell:LoopLimit", "The run took more loop steps than it may.");
     }
 }
 
 void Evaluator::execute(const Statement& s) {
+    checkInterrupt();
     switch (s.kind) {
         case Statement::Kind::Assign: {
             hvUniqueArray value = evaluate(*s.expr);
@@ -145,7 +164,8 @@ void Evaluator::execute(const Statement& s) {
                 }
                 return;
             }
-            hvUniqueArray value = e.kind == Expr::Kind::Name ? evaluateName(e, 0) : evaluate(e);
+            hvUniqueArray value =
+                e.kind == Expr::Kind::Name ? evaluateName(e, 0).take() : evaluate(e);
             if (!value) {
                 return;
             }
@@ -182,13 +202,7 @@ hvUniqueArray Evaluator::evaluate(const Expr& e) {
         case Expr::Kind::Number: return hvUniqueArray(hvCreateDoubleScalar(e.number));
         case Expr::Kind::String: return hvUniqueArray(hvCreateString(e.text));
         case Expr::Kind::Bool: return logical(e.flag);
-        case Expr::Kind::Name: {
-            hvUniqueArray value = evaluateName(e, 1);
-            if (!value) {
-                fail("ptshell:NoValue", "'" + e.text + "' gives no value here.");
-            }
-            return value;
-        }
+        case Expr::Kind::Name: return operand(e).take();
         case Expr::Kind::Cell: return cell(e);
         case Expr::Kind::Matrix: return matrix(e);
         case Expr::Kind::Binary: return binary(e);
@@ -198,27 +212,38 @@ hvUniqueArray Evaluator::evaluate(const Expr& e) {
     fail("ptshell:Internal", "unknown expression");
 }
 
-std::vector<hvUniqueArray> Evaluator::evaluateArguments(const std::vector<ExprPtr>& args) {
-    std::vector<hvUniqueArray> values;
+Operand Evaluator::operand(const Expr& e) {
+    if (e.kind != Expr::Kind::Name) {
+        return Operand(evaluate(e));
+    }
+    Operand value = evaluateName(e, 1);
+    if (!value) {
+        fail("ptshell:NoValue", "'" + e.text + "' gives no value here.");
+    }
+    return value;
+}
+
+std::vector<Operand> Evaluator::evaluateArguments(const std::vector<ExprPtr>& args) {
+    std::vector<Operand> values;
     for (const ExprPtr& arg : args) {
-        values.push_back(evaluate(*arg));
+        values.push_back(operand(*arg));
     }
     return values;
 }
 
-hvUniqueArray Evaluator::evaluateName(const Expr& e, std::uint32_t nargout) {
+Operand Evaluator::evaluateName(const Expr& e, std::uint32_t nargout) {
     std::size_t next = 0;
-    hvUniqueArray value;
+    Operand value;
     if (const hvArray* found = variable(e.text)) {
-        value.reset(hvDuplicateArray(found));
+        value = Operand::lent(found);
     } else if (const auto builtin = builtins().find(e.text); builtin != builtins().end()) {
-        std::vector<hvUniqueArray> args;
+        std::vector<Operand> args;
         if (!e.accessors.empty() && e.accessors[0].kind == Accessor::Kind::Paren) {
             args = evaluateArguments(e.accessors[0].args);
             next = 1;
         }
         try {
-            value = builtin->second(*this, args);
+            value = Operand(builtin->second(*this, args));
         } catch (ShellError& error) {
             if (error.where.empty()) {
                 error.where = e.text;
@@ -254,7 +279,7 @@ hvUniqueArray Evaluator::evaluateName(const Expr& e, std::uint32_t nargout) {
             ++next;
         }
         // A call that others index into has to give a value.
-        value = call(callable, arguments, next < e.accessors.size() ? 1 : nargout);
+        value = Operand(call(callable, arguments, next < e.accessors.size() ? 1 : nargout));
     }
     for (; next < e.accessors.size(); ++next) {
         if (!value) {
@@ -267,7 +292,7 @@ hvUniqueArray Evaluator::evaluateName(const Expr& e, std::uint32_t nargout) {
 
 hvUniqueArray Evaluator::call(const std::string& path, const Accessor* arguments,
                               std::uint32_t nargout) {
-    std::vector<hvUniqueArray> args;
+    std::vector<Operand> args;
     if (arguments) {
         args = evaluateArguments(arguments->args);
     }
@@ -277,6 +302,8 @@ hvUniqueArray Evaluator::call(const std::string& path, const Accessor* arguments
     }
     try {
         std::vector<hvUniqueArray> outputs = vos::invoke(path, nargout, inputs);
+        // A call runs to its end; a Ctrl-C meanwhile stops the statement once it is back.
+        checkInterrupt();
         return outputs.empty() ? nullptr : std::move(outputs[0]);
     } catch (const foundation::core::except::IMsgIDException& error) {
         throw ShellError{error.getErrorID(), error.getMessageText(), path,
@@ -288,7 +315,7 @@ hvUniqueArray Evaluator::call(const std::string& path, const Accessor* arguments
     }
 }
 
-hvUniqueArray Evaluator::access(hvUniqueArray value, const Accessor& accessor) {
+Operand Evaluator::access(Operand value, const Accessor& accessor) {
     switch (accessor.kind) {
         case Accessor::Kind::Field: {
             if (!hvIsStruct(value.get())) {
@@ -304,36 +331,35 @@ hvUniqueArray Evaluator::access(hvUniqueArray value, const Accessor& accessor) {
                 fail("ptshell:NoSuchField", "There is no field '" + accessor.field + "'.");
             }
             const hvArray* content = hvGetFieldByNumber(value.get(), 0, field);
-            return hvUniqueArray(content ? hvDuplicateArray(content) : hvCreateDoubleMatrix(0, 0));
+            return Operand(
+                hvUniqueArray(content ? hvDuplicateArray(content) : hvCreateDoubleMatrix(0, 0)));
         }
         case Accessor::Kind::Paren: {
-            const std::vector<hvUniqueArray> indices = evaluateArguments(accessor.args);
+            const std::vector<Operand> indices = evaluateArguments(accessor.args);
             if (indices.empty()) {
                 return value;
             }
-            return elementOf(value.get(), linearPosition(value.get(), indices));
+            return Operand(elementOf(value.get(), linearPosition(value.get(), indices)));
         }
         case Accessor::Kind::Brace: {
             if (!hvIsCell(value.get())) {
                 fail("ptshell:WrongType", "Only a cell has contents to take with { }.");
             }
-            const std::vector<hvUniqueArray> indices = evaluateArguments(accessor.args);
+            const std::vector<Operand> indices = evaluateArguments(accessor.args);
             if (indices.empty()) {
                 fail("ptshell:BadIndex", "{ } needs an index.");
             }
             const hvArray* content = hvGetCell(value.get(), linearPosition(value.get(), indices));
-            return hvUniqueArray(content ? hvDuplicateArray(content) : hvCreateDoubleMatrix(0, 0));
+            return Operand(
+                hvUniqueArray(content ? hvDuplicateArray(content) : hvCreateDoubleMatrix(0, 0)));
         }
     }
     return value;
 }
 
-hvUniqueArray Evaluator::binary(const Expr& e) {
-    const hvUniqueArray left = evaluate(*e.left);
-    const hvUniqueArray right = evaluate(*e.right);
-    const double a = realScalar(left.get(), kOperandWord);
-    const double b = realScalar(right.get(), kOperandWord);
-    const std::string& op = e.text;
+namespace {
+
+hvUniqueArray applyOperator(const std::string& op, double a, double b) {
     if (op == "+")
         return hvUniqueArray(hvCreateDoubleScalar(a + b));
     if (op == "-")
@@ -353,6 +379,21 @@ hvUniqueArray Evaluator::binary(const Expr& e) {
     if (op == ">")
         return logical(a > b);
     return logical(a >= b);
+}
+
+}  // namespace
+
+hvUniqueArray Evaluator::binary(const Expr& e) {
+    // From the left, as (a + b) - c: each result is the left operand of the next operator.
+    hvUniqueArray result = evaluate(*e.operands.at(0));
+    for (std::size_t i = 0; i < e.operators.size(); ++i) {
+        checkInterrupt();
+        const hvUniqueArray right = evaluate(*e.operands.at(i + 1));
+        const double a = realScalar(result.get(), kOperandWord);
+        const double b = realScalar(right.get(), kOperandWord);
+        result = applyOperator(e.operators[i], a, b);
+    }
+    return result;
 }
 
 hvUniqueArray Evaluator::unary(const Expr& e) {
@@ -376,6 +417,9 @@ hvUniqueArray Evaluator::range(const Expr& e) {
     if (count > static_cast<double>(_options.maxElements)) {
         fail("ptshell:TooLarge", "The range has too many elements.");
     }
+    checkBytes(count >= static_cast<double>(_options.maxValueBytes)
+                   ? std::numeric_limits<std::size_t>::max()
+                   : newValueBytes(hvClassID::Double, static_cast<std::size_t>(count)));
     hvUniqueArray row(hvCreateDoubleMatrix(1, static_cast<std::size_t>(count)));
     double* numbers = hvGetDoubles(row.get());
     for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
@@ -395,10 +439,21 @@ hvUniqueArray Evaluator::cell(const Expr& e) {
         }
     }
     const std::size_t rows = e.rows.size();
+    // Variables are lent, and what the cell would hold is counted before anything is copied:
+    // a cell of copies of a large value is refused without making one.
+    std::vector<Operand> elements;
+    std::size_t bytes = newValueBytes(hvClassID::Cell, rows * columns);
+    for (std::size_t r = 0; r < rows; ++r) {
+        for (std::size_t c = 0; c < columns; ++c) {
+            elements.push_back(operand(*e.rows[r][c]));
+            bytes = addBytes(bytes, valueBytes(elements.back().get(), _options.maxValueBytes));
+            checkBytes(bytes);
+        }
+    }
     hvUniqueArray out(hvCreateCellMatrix(rows, columns));
     for (std::size_t r = 0; r < rows; ++r) {
         for (std::size_t c = 0; c < columns; ++c) {
-            hvSetCell(out.get(), r + c * rows, evaluate(*e.rows[r][c]).release());
+            hvSetCell(out.get(), r + c * rows, elements[r * columns + c].take().release());
         }
     }
     checkSize(out.get());
@@ -407,7 +462,7 @@ hvUniqueArray Evaluator::cell(const Expr& e) {
 
 hvUniqueArray Evaluator::matrix(const Expr& e) {
     struct Block {
-        hvUniqueArray value;
+        Operand value;
         std::size_t rows, columns;
     };
     std::vector<std::vector<Block>> grid;
@@ -416,7 +471,7 @@ hvUniqueArray Evaluator::matrix(const Expr& e) {
     for (const auto& row : e.rows) {
         std::vector<Block> blocks;
         for (const ExprPtr& element : row) {
-            hvUniqueArray value = evaluate(*element);
+            Operand value = operand(*element);
             const hvClassID cls = hvGetClassID(value.get());
             if (cls == hvClassID::Cell || cls == hvClassID::Struct) {
                 fail("ptshell:WrongType", "[ ] joins numbers, logicals and text only.");
@@ -461,10 +516,13 @@ hvUniqueArray Evaluator::matrix(const Expr& e) {
         totalColumns = width;
         totalRows += grid[r][0].rows;
     }
-    if (static_cast<double>(totalRows) * static_cast<double>(totalColumns) >
-        static_cast<double>(_options.maxElements)) {
+    const double count = static_cast<double>(totalRows) * static_cast<double>(totalColumns);
+    if (count > static_cast<double>(_options.maxElements)) {
         fail("ptshell:TooLarge", "The value has too many elements.");
     }
+    checkBytes(count >= static_cast<double>(_options.maxValueBytes)
+                   ? std::numeric_limits<std::size_t>::max()
+                   : newValueBytes(hvClassID::Double, totalRows * totalColumns));
     hvUniqueArray all(hvCreateDoubleMatrix(totalRows, totalColumns));
     double* numbers = hvGetDoubles(all.get());
     std::size_t rowOffset = 0;

@@ -6,6 +6,7 @@
 #include <editline/readline.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -17,6 +18,7 @@
 #include <vector>
 
 #include "completion.h"
+#include "interrupts.h"
 #include "session.h"
 
 namespace {
@@ -35,7 +37,12 @@ constexpr const char* kUsage =
     "\n"
     "Without -e or FILE, ptshell reads statements at the prompt '>> ', with line editing,\n"
     "history and Tab completion; 'help' lists what it understands. In -e and script mode\n"
-    "the first uncaught error ends the run with exit status 1.\n";
+    "the first uncaught error ends the run with exit status 1.\n"
+    "\n"
+    "Ctrl-C stops the running statement with the error \"Interrupted\", which try can catch;\n"
+    "variables and the tracer's data stay. At the prompt it drops the line being typed; exit\n"
+    "or Ctrl-D leaves. No value that the shell makes may hold more than 1 GiB; a value that\n"
+    "would is refused before it is made.\n";
 
 std::filesystem::path executableFolder() {
     std::error_code error;
@@ -92,6 +99,9 @@ int interactive(ptshell::Session& session) {
     const bool terminal = isatty(STDIN_FILENO);
     std::string history;
     if (terminal) {
+        // Typed text reaches the line editor in the terminal's own encoding.
+        std::setlocale(LC_CTYPE, "");
+        rl_getc_function = ptshell::readTypedCharacter;
         gCompletingSession = &session;
         rl_attempted_completion_function = completeAtCursor;
         static char breaks[sizeof ptshell::kWordBreaks];
@@ -108,6 +118,11 @@ int interactive(ptshell::Session& session) {
         std::string line;
         if (terminal) {
             char* read = readline(pending.empty() ? ">> " : ".. ");
+            if (!read && ptshell::interruptFlag().exchange(false)) {
+                std::cout << "^C" << std::endl;  // the line, and any open block, are dropped
+                pending.clear();
+                continue;
+            }
             if (!read) {
                 std::cout << std::endl;
                 break;
@@ -124,6 +139,7 @@ int interactive(ptshell::Session& session) {
         if (!ptshell::Session::isComplete(pending)) {
             continue;
         }
+        ptshell::interruptFlag() = false;  // a Ctrl-C while nothing ran stops nothing
         const ptshell::Session::Outcome outcome = session.run(pending, status);
         pending.clear();
         if (outcome == ptshell::Session::Outcome::Exited) {
@@ -183,9 +199,13 @@ int main(int argc, char** argv) {
         return 2;
     }
 
-    ptshell::Session session(std::cout, std::cerr);
+    const bool scriptRun = haveStatements || !script.empty();
+    ptshell::catchInterrupts(scriptRun);
+    ptshell::EvalOptions options;
+    options.interrupt = &ptshell::interruptFlag();
+    ptshell::Session session(std::cout, std::cerr, options);
     int status = 0;
-    if (haveStatements || !script.empty()) {
+    if (scriptRun) {
         std::string text = statements;
         if (!haveStatements) {
             bool ok = false;

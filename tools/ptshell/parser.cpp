@@ -215,8 +215,11 @@ private:
                (op.text == "+" || op.text == "-");
     }
 
+    /// Operands joined by operators of one precedence. The chain is read in a loop into one
+    /// node, however long it is.
     ExprPtr binary(ExprPtr (Parser::*operand)(), std::initializer_list<const char*> ops) {
-        ExprPtr left = (this->*operand)();
+        ExprPtr first = (this->*operand)();
+        ExprPtr chain;
         for (;;) {
             const Token& op = peek();
             bool matches = false;
@@ -224,14 +227,15 @@ private:
                 matches = matches || isOperator(op, candidate);
             }
             if (!matches || endsElement(op)) {
-                return left;
+                return chain ? std::move(chain) : std::move(first);
             }
             take();
-            ExprPtr e = node(Expr::Kind::Binary, op);
-            e->text = op.text;
-            e->left = std::move(left);
-            e->right = (this->*operand)();
-            left = std::move(e);
+            if (!chain) {
+                chain = node(Expr::Kind::Binary, op);
+                chain->operands.push_back(std::move(first));
+            }
+            chain->operators.push_back(op.text);
+            chain->operands.push_back((this->*operand)());
         }
     }
 

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "evaluator.h"
@@ -216,6 +217,79 @@ std::size_t nestingDepth(const hvArray* value, std::size_t limit) {
         }
     }
     return deepest + 1;
+}
+
+namespace {
+
+/// A value's header with its two dimensions, and what a structure keeps for each field name.
+constexpr std::size_t kValueHeader = 32;
+constexpr std::size_t kFieldName = 32;
+
+/// What the allocator takes for a block: a word of its own, rounded up to 16 bytes.
+std::size_t allocated(std::size_t bytes) {
+    constexpr std::size_t kMax = std::numeric_limits<std::size_t>::max() - 32;
+    return bytes > kMax ? std::numeric_limits<std::size_t>::max()
+                        : std::max<std::size_t>(32, (bytes + 8 + 15) / 16 * 16);
+}
+
+std::size_t multiplyBytes(std::size_t a, std::size_t b) {
+    return b != 0 && a > std::numeric_limits<std::size_t>::max() / b
+               ? std::numeric_limits<std::size_t>::max()
+               : a * b;
+}
+
+}  // namespace
+
+std::size_t addBytes(std::size_t a, std::size_t b) {
+    return a > std::numeric_limits<std::size_t>::max() - b ? std::numeric_limits<std::size_t>::max()
+                                                           : a + b;
+}
+
+std::size_t newValueBytes(hvClassID classID, std::size_t count, std::size_t fields) {
+    std::size_t payload = 0;
+    if (classID == hvClassID::Cell) {
+        payload = multiplyBytes(count, sizeof(void*));
+    } else if (classID == hvClassID::Struct) {
+        payload = addBytes(multiplyBytes(multiplyBytes(count, fields), sizeof(void*)),
+                           multiplyBytes(fields, kFieldName));
+    } else {
+        payload = multiplyBytes(count, hvElementSize(classID));
+    }
+    return allocated(addBytes(kValueHeader, payload));
+}
+
+std::size_t valueBytes(const hvArray* value, std::size_t limit) {
+    if (!value) {
+        return 0;
+    }
+    const hvClassID cls = hvGetClassID(value);
+    const std::size_t count = hvGetNumberOfElements(value);
+    const std::size_t extraDims = (hvGetNumberOfDimensions(value) - 2) * sizeof(std::size_t);
+    const int nfields = cls == hvClassID::Struct ? hvGetNumberOfFields(value) : 1;
+    std::size_t total = addBytes(
+        extraDims, newValueBytes(cls, count, static_cast<std::size_t>(std::max(nfields, 0))));
+    if (cls != hvClassID::Cell && cls != hvClassID::Struct) {
+        return total;
+    }
+    for (std::size_t i = 0; i < count && total <= limit; ++i) {
+        for (int f = 0; f < nfields && total <= limit; ++f) {
+            const hvArray* inner =
+                cls == hvClassID::Cell ? hvGetCell(value, i) : hvGetFieldByNumber(value, i, f);
+            total = addBytes(total, valueBytes(inner, limit - total));
+        }
+    }
+    return total;
+}
+
+std::string byteText(std::size_t bytes) {
+    for (const auto& [unit, name] :
+         {std::pair{std::size_t{1} << 30, " GiB"}, std::pair{std::size_t{1} << 20, " MiB"},
+          std::pair{std::size_t{1} << 10, " KiB"}}) {
+        if (bytes >= unit && bytes % unit == 0) {
+            return std::to_string(bytes / unit) + name;
+        }
+    }
+    return std::to_string(bytes) + " bytes";
 }
 
 hvUniqueArray doubleRow(const std::vector<double>& numbers) {

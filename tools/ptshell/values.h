@@ -25,6 +25,17 @@ hvUniqueArray columnOf(const hvArray* value, std::size_t column);
 std::size_t deepCount(const hvArray* value, std::size_t limit);
 /// How deep cells and structures nest in a value (0 for plain data); stops past limit.
 std::size_t nestingDepth(const hvArray* value, std::size_t limit);
+/// What the host layer holds for a value, in bytes: each value's header and dimensions, its
+/// elements, and for cells and structures the values inside them. Counting stops once it
+/// passes limit.
+std::size_t valueBytes(const hvArray* value, std::size_t limit);
+/// The bytes of a new two-dimensional value of count elements, before anything is put into
+/// the elements of a cell or the fields of a structure.
+std::size_t newValueBytes(hvClassID classID, std::size_t count, std::size_t fields = 0);
+/// a + b, or the largest size where that would overflow.
+std::size_t addBytes(std::size_t a, std::size_t b);
+/// A size in bytes as people read it: "1 GiB", "512 MiB", "3 KiB" or "100 bytes".
+std::string byteText(std::size_t bytes);
 /// A 1-by-n double row.
 hvUniqueArray doubleRow(const std::vector<double>& numbers);
 

@@ -3,9 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <sstream>
+#include <thread>
+#include <tuple>
 
 #include "display.h"
+#include "large_inputs.h"
 #include "parser.h"
 #include "session.h"
 
@@ -196,6 +201,85 @@ TEST(Language, ExitAndTheLimitsOfARun) {
               "Error: The value nests too deeply.\n");
     EXPECT_EQ(run("x = {1}; for i = 1:40, x = struct('a', x, 'b', x); end", limited).err,
               "Error in struct: The value has too many elements.\n");
+}
+
+TEST(Language, ChainsOfAnyLengthAndDeepNesting) {
+    // A chain of binary operators is read and evaluated in a loop, from the left.
+    EXPECT_EQ(run("print(10 - 2 - 3), print(2 * 3 - 8 / 4 + 1), print(1 < 2 == 1)").out,
+              "5\n5\n1\n");
+    const int terms = pt::testing::largeSize(1000000, 100000);
+    std::string sum = "x = 1";
+    for (int term = 1; term < terms; ++term) {
+        sum += "+1";
+    }
+    EXPECT_EQ(run(sum + "; print(x == " + std::to_string(terms) + ")").out, "1\n");
+
+    // Nesting has a limit of its own, however the nesting is written.
+    for (const char* open : {"(", "-", "{", "["}) {
+        std::string nested = "x = ";
+        for (int level = 0; level < 100000; ++level) {
+            nested += open;
+        }
+        const Outcome r = run(nested + "1");
+        EXPECT_NE(r.err.find("the statement nests too deeply"), std::string::npos) << open;
+    }
+}
+
+TEST(Language, ValuesOverTheLimitAreRefusedBeforeTheyAreMade) {
+    EvalOptions small;
+    small.maxValueBytes = std::size_t{1} << 20;
+    const struct {
+        std::string text;
+        const char* err;  // after "Error", if any
+    } cases[] = {
+        {"x = 1:1e5;", ""},
+        {"x = 1:2e5;", ": The value would take more than 1 MiB."},
+        {"a = 1:1e5; b = [a a];", ": The value would take more than 1 MiB."},
+        {"a = 1:1e5; b = {a a};", ": The value would take more than 1 MiB."},
+        {"a = 1:1e5; b = struct('x', a, 'y', a);",
+         " in struct: The value would take more than 1 MiB."},
+        {"s = '" + std::string(300000, 'a') + "'; d = double(s);",
+         " in double: The value would take more than 1 MiB."},
+        {"c = {1}; for i = 1:100, c = {c c}; end", ": The value would take more than 1 MiB."},
+    };
+    for (const auto& c : cases) {
+        const Outcome r = run(c.text, small);
+        EXPECT_EQ(r.err, *c.err ? std::string("Error") + c.err + "\n" : "") << c.text;
+    }
+    // The doubling stops at the first value over the limit, and the one before stays: twelve
+    // doublings of {1} hold 2^12 numbers in 2^13 - 1 cells, some 0.7 MiB; a thirteenth would
+    // hold 1.4 MiB.
+    EXPECT_EQ(run("c = {1}; try, for i = 1:100, c = {c c}; end, catch e, print(e.id), end\n"
+                  "print(i), print(count(c))",
+                  small)
+                  .out,
+              "ptshell:TooLarge\n13\n2\n");
+
+    // By default a value may hold 1 GiB; a larger one is refused without being made.
+    EXPECT_EQ(run("x = 1:2e8;").err, "Error: The value would take more than 1 GiB.\n");
+}
+
+TEST(Language, AnInterruptStopsTheRunningStatement) {
+    std::atomic<bool> interrupt{false};
+    EvalOptions options;
+    options.interrupt = &interrupt;
+    const std::string endless = "for i = 1:1e6, for j = 1:1e6, end, end";
+    using Case = std::tuple<std::string, std::string, std::string>;  // text, out, err
+    for (const auto& [text, out, err] :
+         {Case{endless, "", "Error: Interrupted\n"},
+          Case{"try, " + endless + ", catch e, print(e.id), print(e.message), end",
+               "ptshell:Interrupted\nInterrupted\n", ""},
+          Case{"sleep(1000)", "", "Error in sleep: Interrupted\n"}}) {
+        std::thread press([&interrupt] {
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            interrupt = true;
+        });
+        const Outcome r = run(text, options);
+        press.join();
+        EXPECT_EQ(r.out, out) << text;
+        EXPECT_EQ(r.err, err) << text;
+        EXPECT_FALSE(interrupt) << text;  // taken when it stopped the statement
+    }
 }
 
 }  // namespace
