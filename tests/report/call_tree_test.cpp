@@ -261,7 +261,7 @@ std::size_t deepestStatement(const std::string& text) {
 
 TEST(CallTree, AChainDeeperThanAStatementStaysOneTree) {
     Log log;
-    const int depth = 3 * static_cast<int>(kCallTreeStatementDepth) + 50;
+    const int depth = 5 * static_cast<int>(kCallTreeStatementDepth) + 50;
     std::function<void(int)> nest = [&](int level) {
         log.phase(level % 2 == 0 ? "even" : "odd",
                   level + 1 < depth ? std::function<void()>([&, level] { nest(level + 1); })
