@@ -193,16 +193,38 @@
             return [[], []];
         }
 
+        // The position of the first entry of each name in a name array, made on first use: the
+        // rows on show look their names up at every re-fill.
+        var namePositions = {};
+        function firstPositionOf(stringArray, names, name) {
+            if (stringArray == 'Combined') {
+                for (var i = 0; i < names.length; i++) {
+                    if (names[i] == name) {
+                        return i;
+                    }
+                }
+                return -1;
+            }
+            var positions = namePositions[stringArray];
+            if (!positions || positions.names !== names) {
+                positions = {'names': names, 'of': Object.create(null)};
+                for (var p = names.length - 1; p >= 0; p--) {
+                    positions.of[names[p]] = p;
+                }
+                namePositions[stringArray] = positions;
+            }
+            var found = typeof name == 'string' ? positions.of[name] : undefined;
+            return found === undefined ? -1 : found;
+        }
+
         // A name cut with '...' to what fits a cell of the width; names that fit, and names
         // that are not in the array, come back as they are.
         function modifyStrToShow(stringArray, origStr, cellWidth) {
             var arrays = namesAndLengths(stringArray);
             var strLength = -1;
-            for (var i = 0; i < arrays[0].length; i++) {
-                if (arrays[0][i] == origStr) {
-                    strLength = arrays[1][i];
-                    break;
-                }
+            var position = firstPositionOf(stringArray, arrays[0], origStr);
+            if (position >= 0) {
+                strLength = arrays[1][position];
             }
             var limit = cellWidth - 5;
             var allowedChars = (origStr.length / strLength) * limit;
