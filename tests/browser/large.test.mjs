@@ -54,6 +54,22 @@ test('50,000 rows: opening, and scrolling the Details strip', async () => {
   await page.$eval('#phaseSummaryScrollTableDiv', (strip) => { strip.scrollTop = strip.scrollHeight; });
   await page.waitForFunction(() => document.getElementById('execTD31').textContent === '49999');
 
+  // A strip taller than the browser lays out scales its rows down, and still reaches them.
+  const scaled = await page.evaluate(() => {
+    MAXSTRIPHEIGHT = 100000;
+    generateFakeDivContents('Detail');
+    const strip = document.getElementById('phaseSummaryScrollTableDiv');
+    return [strip.scrollHeight, stripScale['Detail'] < 1];
+  });
+  assert.deepEqual(scaled, [100000, true]);
+  await page.$eval('#phaseSummaryScrollTableDiv', (strip) => { strip.scrollTop = strip.scrollHeight / 2; });
+  await page.waitForFunction(() => {
+    const first = Number(document.getElementById('execTD0').textContent);
+    return first > 20000 && first < 30000;
+  });
+  await page.$eval('#phaseSummaryScrollTableDiv', (strip) => { strip.scrollTop = strip.scrollHeight; });
+  await page.waitForFunction(() => document.getElementById('execTD31').textContent === '49999');
+
   // Rank 1 on self time: eight distinct figures, the commonest on thousands of rows. The rows
   // come by descending figure, equal ones in execution order.
   const sortStart = Date.now();
