@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 namespace pt::platform {
 
-DeflateStream::DeflateStream(std::FILE* file)
-    : _file(file),
+DeflateStream::DeflateStream(Sink sink)
+    : _sink(std::move(sink)),
       _filling(new unsigned char[kBlock]),
       _handed(new unsigned char[kBlock]),
       _out(kBlock),
@@ -112,8 +113,9 @@ void DeflateStream::compress(const unsigned char* data, std::size_t size, int fl
             return;
         }
         const std::size_t produced = _out.size() - _z.avail_out;
-        if (produced && std::fwrite(_out.data(), 1, produced, _file) != produced) {
+        if (produced && !_sink(_out.data(), produced)) {
             _ok = false;
+            return;
         }
         _compressed += produced;
     } while (_z.avail_out == 0 || (flush == Z_FINISH && _z.avail_in != 0));

@@ -9,8 +9,8 @@
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -20,8 +20,11 @@ namespace pt::platform {
 
 class DeflateStream {
 public:
-    /// Compresses into the file from its current position.
-    explicit DeflateStream(std::FILE* file);
+    /// Where the compressed bytes go, in order; false if they could not all be taken. Called
+    /// from the worker.
+    using Sink = std::function<bool(const unsigned char* data, std::size_t size)>;
+
+    explicit DeflateStream(Sink sink);
     /// Stops the worker; what was not finished is dropped.
     ~DeflateStream();
     DeflateStream(const DeflateStream&) = delete;
@@ -37,8 +40,9 @@ public:
             writeAcross(data, size);
         }
     }
-    /// Waits until everything written so far is compressed and in the file; false if any of it
-    /// could not be.
+    /// Waits until everything written so far has gone to the compressor; false if anything
+    /// written so far could not be compressed or taken by the sink. What the compressor holds
+    /// back reaches the sink only with finish.
     bool drain();
     /// Ends the stream; false if anything could not be compressed or written.
     bool finish();
@@ -55,10 +59,10 @@ private:
     /// Gives the filled block to the worker, waiting until it has taken the previous one.
     void handOver(bool last);
     void work();
-    /// Compresses a block into the file (the worker's side, or the caller's without a worker).
+    /// Compresses a block into the sink (the worker's side, or the caller's without a worker).
     void compress(const unsigned char* data, std::size_t size, int flush);
 
-    std::FILE* _file;
+    Sink _sink;
     z_stream _z{};
     std::unique_ptr<unsigned char[]> _filling;
     std::size_t _used = 0;

@@ -25,21 +25,23 @@ std::string fileNameOf(const hvArray* value) {
 }
 
 /// Writes the three variables of a value file: the points, this machine's information and
-/// the host's root folder, which the points' phase names are stripped of.
+/// the host's root folder, which the points' phase names are stripped of. A save that fails,
+/// whatever the reason, leaves the earlier file at that name as it was.
 void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)()) {
-    struct Closer {
-        void operator()(hvFile* f) const { hvfClose(f); }
+    struct Discarder {
+        void operator()(hvFile* f) const { hvfDiscard(f); }
     };
-    // Closed on every way out; a failed save leaves what was written behind.
-    const std::unique_ptr<hvFile, Closer> out(hvfOpen(file.c_str(), "w"));
+    // A NUL would end the name early, and so another file would be written.
+    std::unique_ptr<hvFile, Discarder> out(
+        file.find('\0') == std::string::npos ? hvfOpen(file.c_str(), "w") : nullptr);
     if (!out) {
         raise<Errors::OpenFileFailed>(file);
     }
     const std::string root = queryOrviaRoot();
     setPathStripRoot(root);
     const std::unique_ptr<PTRawDataVector> points = select();
-    // All three values are made before anything is put; the rows are made as they are written,
-    // so that they are never all held at once.
+    // All three values are made before anything is put; the rows are written straight from
+    // the points, so that they are never made as values at all.
     const hvUniqueArray systemInfo(systemInfoToStruct());
     const hvUniqueArray rootText(hvCreateString(root));
     if (putRawDataCells(out.get(), kRawDataVariable, points ? *points : PTRawDataVector()) != 0) {
@@ -50,6 +52,10 @@ void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)())
     }
     if (hvfPutVariable(out.get(), kRootVariable, rootText.get()) != 0) {
         raise<Errors::DataWriteFail>(std::string("Orvia Root"), file);
+    }
+    // Most of a small run reaches the disk only now; whatever fails here lost the raw data.
+    if (hvfClose(out.release()) != 0) {
+        raise<Errors::DataWriteFail>(std::string("Raw Data"), file);
     }
 }
 
