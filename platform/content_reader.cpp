@@ -16,6 +16,9 @@ namespace pt::platform {
 namespace {
 
 constexpr std::size_t kInputBlock = std::size_t{1} << 18;
+/// The worker's pieces: how large, and how many it may fill ahead of the reader.
+constexpr std::size_t kPiece = std::size_t{1} << 20;
+constexpr std::size_t kPiecesAhead = 4;
 
 /// Reads exactly size bytes at offset; false if the file has fewer or cannot be read.
 bool readAt(int fd, std::uint64_t offset, unsigned char* out, std::size_t size) {
@@ -79,7 +82,100 @@ bool ContentReader::open(const char* path) {
     }
     _inflating = true;
     _state = State::Reading;
+    _delivered = 0;
+    _ended = false;
+    _workerDone = false;
+    _stopping = false;
+    try {
+        for (std::size_t i = 0; i < kPiecesAhead; ++i) {
+            _spare.emplace_back(new unsigned char[kPiece]);
+        }
+        _worker = std::thread([this] { work(); });
+    } catch (const std::exception&) {
+        _spare.clear();  // no worker to be had: the reader inflates as it reads
+    }
     return true;
+}
+
+void ContentReader::work() {
+    for (;;) {
+        std::unique_ptr<unsigned char[]> bytes;
+        {
+            std::unique_lock lock(_mutex);
+            _changed.wait(lock, [this] { return !_spare.empty() || _stopping; });
+            if (_stopping) {
+                return;
+            }
+            bytes = std::move(_spare.back());
+            _spare.pop_back();
+        }
+        std::size_t filled = 0;
+        while (filled < kPiece) {
+            const std::size_t got = inflateInto(bytes.get() + filled, kPiece - filled);
+            if (got == 0) {
+                break;
+            }
+            filled += got;
+        }
+        {
+            std::lock_guard lock(_mutex);
+            _ready.push_back(Piece{std::move(bytes), filled, 0});
+            _workerDone = _state != State::Reading;
+        }
+        _changed.notify_all();
+        if (_workerDone) {
+            return;
+        }
+    }
+}
+
+std::size_t ContentReader::read(unsigned char* out, std::size_t room) {
+    if (_ended || room == 0) {
+        return 0;
+    }
+    if (!_worker.joinable()) {
+        const std::size_t got = inflateInto(out, room);
+        _delivered += got;
+        _ended = got == 0;
+        return got;
+    }
+    for (;;) {
+        if (_current.taken < _current.size) {
+            const std::size_t part = std::min(room, _current.size - _current.taken);
+            std::memcpy(out, _current.bytes.get() + _current.taken, part);
+            _current.taken += part;
+            _delivered += part;
+            return part;
+        }
+        std::unique_lock lock(_mutex);
+        if (_current.bytes) {
+            _spare.push_back(std::move(_current.bytes));
+            _changed.notify_all();
+        }
+        _changed.wait(lock, [this] { return !_ready.empty() || _workerDone; });
+        if (_ready.empty()) {
+            lock.unlock();
+            _worker.join();  // done: what it left of the stream's state is now the reader's
+            _ended = true;
+            return 0;
+        }
+        _current = std::move(_ready.front());
+        _ready.pop_front();
+    }
+}
+
+void ContentReader::stopWorker() {
+    if (_worker.joinable()) {
+        {
+            std::lock_guard lock(_mutex);
+            _stopping = true;
+        }
+        _changed.notify_all();
+        _worker.join();
+    }
+    _ready.clear();
+    _spare.clear();
+    _current = Piece();
 }
 
 bool ContentReader::readInput() {
@@ -94,8 +190,8 @@ bool ContentReader::readInput() {
     return true;
 }
 
-std::size_t ContentReader::read(unsigned char* out, std::size_t room) {
-    if (_state != State::Reading || room == 0) {
+std::size_t ContentReader::inflateInto(unsigned char* out, std::size_t room) {
+    if (_state != State::Reading) {
         return 0;
     }
     // Past the stated length the stream must end: one spare byte shows whether it goes on.
@@ -147,6 +243,7 @@ std::size_t ContentReader::fail() {
 }
 
 bool ContentReader::close() {
+    stopWorker();
     if (_inflating) {
         inflateEnd(&_z);
         _inflating = false;

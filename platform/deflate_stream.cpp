@@ -63,6 +63,10 @@ bool DeflateStream::finish() {
 }
 
 void DeflateStream::handOver(bool last) {
+    // The checksum is the writer's share of the work, so that the worker only compresses.
+    if (_used != 0) {
+        _crc = crc32_z(_crc, _filling.get(), _used);
+    }
     if (!_worker.joinable()) {
         compress(_filling.get(), _used, last ? Z_FINISH : Z_NO_FLUSH);
         _used = 0;
@@ -99,9 +103,6 @@ void DeflateStream::work() {
 void DeflateStream::compress(const unsigned char* data, std::size_t size, int flush) {
     if (!_ok || (size == 0 && flush == Z_NO_FLUSH)) {
         return;
-    }
-    if (size != 0) {
-        _crc = crc32_z(_crc, data, size);  // a null buffer would restart the CRC
     }
     _z.next_in = const_cast<Bytef*>(data);
     _z.avail_in = static_cast<uInt>(size);

@@ -2,7 +2,8 @@
 
 // The compressed body of a value file being written. MessagePack's packer writes a few bytes at
 // a time; they gather in blocks, and a worker thread compresses each full block while the
-// packer fills the next, so that on two cores a save costs little more than its packing.
+// packer fills the next and sums the checksum, so that on two cores a save costs little more
+// than its compression.
 
 #include <zlib.h>
 
@@ -70,9 +71,9 @@ private:
     std::size_t _handedSize = 0;
     std::vector<unsigned char> _out;
     std::uint64_t _uncompressed = 0;
+    uLong _crc;
     // The worker's, read by the writer only when the worker is idle.
     std::uint64_t _compressed = 0;
-    uLong _crc;
     bool _ok;
 
     std::mutex _mutex;

@@ -210,6 +210,17 @@ bool ValueReader::readElements(const ValueHeader& header, const std::uint8_t*& b
 }
 
 bool ValueReader::readHeader(ValueHeader& header) {
+    // The opening of nearly every value: [class, [m, n], with m and n below 128, each a byte.
+    if (remaining() >= 5 && _p[0] == 0x93 && _p[2] == 0x92 && _p[3] < 0x80 && _p[4] < 0x80 &&
+        _p[1] != 0 && _p[1] <= static_cast<std::uint8_t>(hvClassID::UInt64)) {
+        header.classID = static_cast<hvClassID>(_p[1]);
+        header.ndim = 2;
+        header.dims[0] = _p[3];
+        header.dims[1] = _p[4];
+        header.count = header.dims[0] * header.dims[1];
+        _p += 5;
+        return true;
+    }
     std::uint32_t parts;
     std::uint64_t classNumber;
     if (!readArray(parts) || parts != 3 || !readUnsigned(classNumber) || classNumber == 0 ||

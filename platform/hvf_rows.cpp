@@ -15,10 +15,10 @@ using pt::platform::DeflateStream;
 
 /// A 1-by-1 value of a plain class, as packValue writes it: [class, [1, 1], bin of its bytes].
 void putScalar(DeflateStream& stream, hvClassID classID, const void* data, std::size_t size) {
-    const unsigned char opening[] = {0x93, static_cast<unsigned char>(classID), 0x92, 0x01, 0x01,
-                                     0xC4, static_cast<unsigned char>(size)};
-    stream.write(reinterpret_cast<const char*>(opening), sizeof opening);
-    stream.write(static_cast<const char*>(data), size);
+    unsigned char bytes[16] = {0x93, static_cast<unsigned char>(classID), 0x92, 0x01, 0x01,
+                               0xC4, static_cast<unsigned char>(size)};
+    std::memcpy(bytes + 7, data, size);
+    stream.write(reinterpret_cast<const char*>(bytes), 7 + size);
 }
 
 bool isPlainAscii(std::string_view text) {
@@ -38,6 +38,16 @@ void hvfRowWriter::element() {
 void hvfRowWriter::cellRow(std::size_t cells) {
     element();
     _due += cells;
+    if (cells < 16) {  // the row of a point: [cell, [1, n], fixarray n]
+        const unsigned char bytes[] = {0x93,
+                                       static_cast<unsigned char>(hvClassID::Cell),
+                                       0x92,
+                                       0x01,
+                                       static_cast<unsigned char>(cells),
+                                       static_cast<unsigned char>(0x90 | cells)};
+        _stream.write(reinterpret_cast<const char*>(bytes), sizeof bytes);
+        return;
+    }
     msgpack::packer<DeflateStream> packer(_stream);
     const std::size_t dims[] = {1, cells};
     pt::platform::packHeader(packer, hvClassID::Cell, dims);
@@ -46,6 +56,17 @@ void hvfRowWriter::cellRow(std::size_t cells) {
 
 void hvfRowWriter::text(std::string_view utf8) {
     element();
+    if (utf8.size() < 32 && isPlainAscii(utf8)) {  // most names: [char, [1, n], fixstr n]
+        unsigned char bytes[6 + 31] = {0x93,
+                                       static_cast<unsigned char>(hvClassID::Char),
+                                       0x92,
+                                       0x01,
+                                       static_cast<unsigned char>(utf8.size()),
+                                       static_cast<unsigned char>(0xA0 | utf8.size())};
+        std::memcpy(bytes + 6, utf8.data(), utf8.size());
+        _stream.write(reinterpret_cast<const char*>(bytes), 6 + utf8.size());
+        return;
+    }
     msgpack::packer<DeflateStream> packer(_stream);
     if (isPlainAscii(utf8)) {
         const std::size_t dims[] = {1, utf8.size()};

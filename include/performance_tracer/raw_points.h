@@ -134,6 +134,9 @@ protected:
     explicit PTOrviaDataPoint(std::int32_t pointType);
     /// The start values of reading a row: point type and ids 0, no memory records.
     explicit PTOrviaDataPoint(RowStart);
+    /// The start values of reading a row into a wider class: the defaults, but the given point
+    /// type, and no basic record yet, since reading a row always gives one.
+    PTOrviaDataPoint(std::int32_t pointType, RowStart);
 
     hvArray* buildRow(std::span<const RowName> extraNames) const;
     void readRow(PTRowCells& row, std::span<const RowNameSlot> extraNames);
@@ -170,6 +173,7 @@ protected:
     explicit PTKestruneDataPoint(std::int32_t pointType);
     /// Default values, but point type, model and target 0.
     explicit PTKestruneDataPoint(RowStart);
+    PTKestruneDataPoint(std::int32_t pointType, RowStart);
 };
 
 /// A point of the state-chart tool (_pointType 2): adds machine and chart.

@@ -206,12 +206,12 @@ hvArray* PTKestruneDataPoint::toRow() const {
     return buildRow(std::span(names, addedRowNames(names)));
 }
 
-PTYlvaneDataPoint::PTYlvaneDataPoint(const hvArray* row) : PTKestruneDataPoint(1) {
+PTYlvaneDataPoint::PTYlvaneDataPoint(const hvArray* row) : PTKestruneDataPoint(1, RowStart{}) {
     HostRowCells cells(row);
     readStateChartRow(cells);
 }
 
-PTYlvaneDataPoint::PTYlvaneDataPoint(PTRowCells& row) : PTKestruneDataPoint(1) {
+PTYlvaneDataPoint::PTYlvaneDataPoint(PTRowCells& row) : PTKestruneDataPoint(1, RowStart{}) {
     readStateChartRow(row);
 }
 

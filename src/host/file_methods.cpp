@@ -27,7 +27,8 @@ std::string fileNameOf(const hvArray* value) {
 /// Writes the three variables of a value file: the points, this machine's information and
 /// the host's root folder, which the points' phase names are stripped of. A save that fails,
 /// whatever the reason, leaves the earlier file at that name as it was.
-void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)()) {
+void save(const std::string& file,
+          const PTRawDataVector* (*select)(std::unique_ptr<PTRawDataVector>& held)) {
     struct Discarder {
         void operator()(hvFile* f) const { hvfDiscard(f); }
     };
@@ -39,11 +40,13 @@ void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)())
     }
     const std::string root = queryOrviaRoot();
     setPathStripRoot(root);
-    const std::unique_ptr<PTRawDataVector> points = select();
-    // All three values are made before anything is put; the rows are written straight from
-    // the points, so that they are never made as values at all.
+    // The rows are written straight from the points, so that they are never made as values.
+    // The other two values are made first: making them may ask the host, and nothing may
+    // change the points while they are written.
     const hvUniqueArray systemInfo(systemInfoToStruct());
     const hvUniqueArray rootText(hvCreateString(root));
+    std::unique_ptr<PTRawDataVector> held;
+    const PTRawDataVector* points = select(held);
     if (putRawDataCells(out.get(), kRawDataVariable, points ? *points : PTRawDataVector()) != 0) {
         raise<Errors::DataWriteFail>(std::string("Raw Data"), file);
     }
@@ -59,14 +62,15 @@ void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)())
     }
 }
 
-/// The points themselves, shared: a save only reads them, so it needs no copies of its own.
-std::unique_ptr<PTRawDataVector> allPoints() {
-    const auto& points = ptTracer()->_rawData;
-    return points ? std::make_unique<PTRawDataVector>(*points) : nullptr;
+/// The store itself: a save only reads the points, so it needs neither copies nor a list of
+/// its own.
+const PTRawDataVector* allPoints(std::unique_ptr<PTRawDataVector>&) {
+    return ptTracer()->_rawData.get();
 }
 
-std::unique_ptr<PTRawDataVector> startupPoints() {
-    return ptTracer()->rawDataForGrouping(std::string(pt::kKestruneStartupGrouping));
+const PTRawDataVector* startupPoints(std::unique_ptr<PTRawDataVector>& held) {
+    held = ptTracer()->rawDataForGrouping(std::string(pt::kKestruneStartupGrouping));
+    return held.get();
 }
 
 }  // namespace
