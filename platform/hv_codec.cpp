@@ -205,8 +205,9 @@ bool ValueReader::readCharacters(const ValueHeader& header, std::string_view& te
 
 bool ValueReader::readElements(const ValueHeader& header, const std::uint8_t*& bytes,
                                std::size_t& length) {
-    const std::size_t size = hvElementSize(header.classID);
-    return readBinary(bytes, length) && length % size == 0 && length / size == header.count;
+    // count * size cannot overflow once count is no more than the bytes.
+    return readBinary(bytes, length) && header.count <= length &&
+           length == header.count * hvElementSize(header.classID);
 }
 
 bool ValueReader::readHeader(ValueHeader& header) {

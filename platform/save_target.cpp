@@ -73,28 +73,25 @@ bool SaveTarget::open(const char* path) {
     if (named.empty() || named.back() == '/') {
         return false;
     }
-    _target = followLinks(named);
-    if (_target.empty()) {
-        return false;
-    }
     struct stat st;
-    const bool exists = ::stat(_target.c_str(), &st) == 0;
+    const bool exists = ::stat(named.c_str(), &st) == 0;
     if (exists && S_ISDIR(st.st_mode)) {
         return false;
     }
     if (exists && !S_ISREG(st.st_mode)) {
-        // A device, or a pipe with a reader: written in place. Opening does not wait for a
-        // reader that is not there.
-        _fd = ::open(_target.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-        if (_fd < 0) {
-            return false;
-        }
-        const int flags = ::fcntl(_fd, F_GETFL);
-        if (flags < 0 || ::fcntl(_fd, F_SETFL, flags & ~O_NONBLOCK) != 0) {
-            discard();
-            return false;
-        }
-        return true;
+        return openInPlace(named);
+    }
+    // A regular file, or a name to create: the file that its links lead to is replaced.
+    _target = followLinks(named);
+    if (_target.empty()) {
+        return false;
+    }
+    struct stat found;
+    if (exists && (::stat(_target.c_str(), &found) != 0 || found.st_ino != st.st_ino ||
+                   found.st_dev != st.st_dev)) {
+        // A link that names no path, such as one to an open file of a process: the file can
+        // only be written where it is.
+        return openInPlace(named);
     }
     // A file that may not be written is not replaced either.
     if (exists && ::access(_target.c_str(), W_OK) != 0) {
@@ -105,8 +102,28 @@ bool SaveTarget::open(const char* path) {
         _temporary.clear();
         return false;
     }
-    if (exists && ::fchmod(_fd, st.st_mode & 07777) != 0) {
-        ::fchmod(_fd, st.st_mode & 0777);  // without the bits this user may not set
+    if (exists) {
+        // The earlier file's owner and mode, as far as this user may give them.
+        if (::fchown(_fd, st.st_uid, st.st_gid) != 0) {
+            st.st_mode &= ~static_cast<mode_t>(S_ISUID | S_ISGID);
+        }
+        if (::fchmod(_fd, st.st_mode & 07777) != 0) {
+            ::fchmod(_fd, st.st_mode & 0777);
+        }
+    }
+    return true;
+}
+
+bool SaveTarget::openInPlace(const std::string& path) {
+    // Opening does not wait for a reader of a pipe that has none.
+    _fd = ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (_fd < 0) {
+        return false;
+    }
+    const int flags = ::fcntl(_fd, F_GETFL);
+    if (flags < 0 || ::fcntl(_fd, F_SETFL, flags & ~O_NONBLOCK) != 0) {
+        discard();
+        return false;
     }
     return true;
 }
@@ -122,6 +139,7 @@ bool SaveTarget::write(const unsigned char* data, std::size_t size) {
         }
         data += written;
         size -= static_cast<std::size_t>(written);
+        _written += static_cast<std::uint64_t>(written);
     }
     return true;
 }
@@ -147,9 +165,13 @@ bool SaveTarget::commit() {
         return false;
     }
     const bool replacing = replacesFile();
+    // A regular file written in place loses what lay past the new content only now.
+    struct stat st;
+    bool ok = replacing || ::fstat(_fd, &st) != 0 || !S_ISREG(st.st_mode) ||
+              ::ftruncate(_fd, static_cast<off_t>(_written)) == 0;
     // A file system that is full, or out of quota, may say so only when the data are flushed,
     // or only at the close.
-    bool ok = !replacing || ::fsync(_fd) == 0;
+    ok = (!replacing || ::fsync(_fd) == 0) && ok;
     ok = ::close(_fd) == 0 && ok;
     _fd = -1;
     if (!replacing) {
@@ -172,6 +194,7 @@ bool SaveTarget::commit() {
 }
 
 void SaveTarget::discard() {
+    _written = 0;
     if (_fd >= 0) {
         ::close(_fd);
         _fd = -1;

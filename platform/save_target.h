@@ -3,10 +3,11 @@
 // Where a value file being written goes. A regular file (or a name that does not exist yet) is
 // written beside itself under a temporary name and takes the file's place only once every byte
 // is written, flushed to the disk and closed, so that a save that fails leaves the earlier file
-// as it was. A symbolic link is followed to the file it names, and that file keeps its mode.
-// Anything else that can be opened for writing, such as a device, is written in place, and
-// every write is checked there too. Nothing here touches how the process handles signals: a
-// file-size limit or a closed pipe acts on the process as it would on any other write.
+// as it was. A symbolic link is followed to the file it names, and that file keeps its mode
+// (and its owner, where this user may give it). Anything else that can be opened for writing,
+// such as a device, is written in place, and every write is checked there too. Nothing here touches
+// how the process handles signals: a file-size limit or a closed pipe acts on the process as it
+// would on any other write.
 
 #include <cstddef>
 #include <cstdint>
@@ -39,7 +40,11 @@ public:
     void discard();
 
 private:
+    /// Opens a file that is not replaced but written where it is.
+    bool openInPlace(const std::string& path);
+
     int _fd = -1;
+    std::uint64_t _written = 0;  // by write, at the end
     std::string _target;
     std::string _temporary;
 };

@@ -50,6 +50,7 @@ public:
     PTRowNameTexts(const PTRowNameTexts&) = delete;
     PTRowNameTexts& operator=(const PTRowNameTexts&) = delete;
 
+    /// The text of a name; valid until the next call.
     std::string_view text(std::uint32_t kind, std::int32_t id);
 
 private:

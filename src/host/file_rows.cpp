@@ -1,5 +1,7 @@
 #include "file_rows.h"
 
+#include <algorithm>
+
 #include <boost/make_shared.hpp>
 
 namespace performance_tracer {
@@ -50,19 +52,30 @@ FileRowReader::FileRowReader(PTRawDataVector& points) : _points(points), _first(
 
 std::int32_t FileRowReader::heldID(std::uint32_t kind, std::string_view name) {
     Names& names = _names[kind];
-    if (!names.inOrder.empty() && name == names.last) {
-        return names.lastID;
+    std::size_t at = 0;
+    while (at < names.recentCount && names.recent[at].name != name) {
+        ++at;
     }
-    auto found = names.ids.find(name);
-    if (found == names.ids.end()) {
-        const auto id =
-            static_cast<std::int32_t>(-2 - static_cast<std::int64_t>(names.inOrder.size()));
-        found = names.ids.emplace(std::string(name), id).first;
-        names.inOrder.push_back(&found->first);
+    Recent found;
+    if (at < names.recentCount) {
+        found = names.recent[at];
+    } else {
+        auto known = names.ids.find(name);
+        if (known == names.ids.end()) {
+            const auto id =
+                static_cast<std::int32_t>(-2 - static_cast<std::int64_t>(names.inOrder.size()));
+            known = names.ids.emplace(std::string(name), id).first;
+            names.inOrder.push_back(&known->first);
+        }
+        found = {known->first, known->second};  // the map's key, which stays where it is
+        at = std::min(names.recentCount, kRecent - 1);
+        names.recentCount = std::min(names.recentCount + 1, kRecent);
     }
-    names.last = found->first;
-    names.lastID = found->second;
-    return found->second;
+    // The latest to the front.
+    std::move_backward(names.recent.begin(), names.recent.begin() + at,
+                       names.recent.begin() + at + 1);
+    names.recent[0] = found;
+    return found.id;
 }
 
 bool FileRowReader::append(const hvfRow* row) {

@@ -45,12 +45,18 @@ private:
             return std::hash<std::string_view>()(text);
         }
     };
+    /// A name met lately, which the next rows very often hold again.
+    struct Recent {
+        std::string_view name;
+        std::int32_t id = 0;
+    };
+    static constexpr std::size_t kRecent = 4;
     struct Names {
         std::unordered_map<std::string, std::int32_t, Hash, std::equal_to<>> ids;
         std::vector<const std::string*> inOrder;
-        /// The name met last, which the next row very often holds again.
-        std::string_view last;
-        std::int32_t lastID = 0;
+        /// The names met last, the latest first.
+        std::array<Recent, kRecent> recent;
+        std::size_t recentCount = 0;
     };
 
     PTRawDataVector& _points;

@@ -13,6 +13,7 @@
 #include <iterator>
 #include <random>
 
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -53,6 +54,7 @@ protected:
     static void logPoints(int count) {
         ptClearRawData();
         ptAddGrouping("Run");
+        ptAddGrouping("Kestrune Startup");  // which a startup save would add
         ptEnableGlobalLogging(true);
         for (int i = 0; i < count; ++i) {
             ptLogKestruneData("Run", "model", "target", "phase " + std::to_string(i % 400),
@@ -111,6 +113,8 @@ TEST_F(FileSafety, ASaveThatCannotWriteItsBytesRaisesAndKeepsTheEarlierFile) {
 
         expectRefused("PerfTools.Tracer.saveToFile", valuesOf(text("/dev/full")),
                       tracerError("DataWriteFail", {"Raw Data", "/dev/full"}));
+        expectRefused("PerfTools.Tracer.saveKsStartupData", valuesOf(text("/dev/full")),
+                      tracerError("DataWriteFail", {"Raw Data", "/dev/full"}));
         struct stat st;
         ASSERT_EQ(stat("/dev/full", &st), 0);
         EXPECT_TRUE(S_ISCHR(st.st_mode));
@@ -149,6 +153,19 @@ TEST_F(FileSafety, ASaveReplacesTheFileALinkNamesAndKeepsItsMode) {
     call("PerfTools.Tracer.loadTracerData", valuesOf(text(target)));
     EXPECT_EQ(ptTracer()->_rawData->size(), 20u);
     EXPECT_EQ(folderNames(), (std::vector<std::string>{"link.hvf", "target.hvf"}));
+
+    // A link to a file that has no name is written where it is, and no longer than the run.
+    const int memory = memfd_create("pt_save", 0);
+    ASSERT_GE(memory, 0);
+    ASSERT_EQ(write(memory, std::string(100000, 'x').data(), 100000), 100000);
+    fs::create_symlink("/proc/self/fd/" + std::to_string(memory), path("memory.hvf"));
+    save(path("memory.hvf"));
+    ptClearRawData();
+    call("PerfTools.Tracer.loadTracerData", valuesOf(text(path("memory.hvf"))));
+    EXPECT_EQ(ptTracer()->_rawData->size(), 20u);
+    EXPECT_TRUE(fs::is_symlink(path("memory.hvf")));
+    fs::remove(path("memory.hvf"));
+    close(memory);
 
     // Where no file can be made: a missing folder, a folder that is a file, a folder itself.
     for (const std::string& nowhere :
