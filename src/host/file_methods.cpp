@@ -47,7 +47,8 @@ void save(const std::string& file,
     const hvUniqueArray rootText(hvCreateString(root));
     std::unique_ptr<PTRawDataVector> held;
     const PTRawDataVector* points = select(held);
-    if (putRawDataCells(out.get(), kRawDataVariable, points ? *points : PTRawDataVector()) != 0) {
+    const PTRawDataVector none;
+    if (putRawDataCells(out.get(), kRawDataVariable, points ? *points : none) != 0) {
         raise<Errors::DataWriteFail>(std::string("Raw Data"), file);
     }
     if (hvfPutVariable(out.get(), kSystemInfoVariable, systemInfo.get()) != 0) {
