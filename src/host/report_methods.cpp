@@ -8,11 +8,11 @@
 
 #include <memory>
 
-#include "report/diagnostic_report.h"
 #include "messages.h"
 #include "method_frame.h"
 #include "methods.h"
 #include "persistence.h"
+#include "report/diagnostic_report.h"
 #include "report_parameters.h"
 #include "system_info.h"
 
@@ -29,6 +29,10 @@ struct DataSet {
 
     bool empty() const { return !points || points->empty(); }
 };
+
+/// A name that a file can be opened by: a NUL would end it early, and so another file would be
+/// written. A writer could not open the file, and fails as it does then.
+bool isFileName(const std::string& name) { return name.find('\0') == std::string::npos; }
 
 /// The points and record of a value file.
 DataSet fromFile(const std::string& file) {
@@ -90,7 +94,8 @@ void generateSingleReport(std::int32_t nrhs, const hvArray** prhs, SingleWriter 
     if (data.empty()) {
         raise<Errors::NoRawTracerData>();
     }
-    if (!writer(*ptTracer(), settings.htmlFile, settings.grouping, settings.grouping,
+    if (!isFileName(settings.htmlFile) ||
+        !writer(*ptTracer(), settings.htmlFile, settings.grouping, settings.grouping,
                 settings.metric, settings.showmeta, data.points.get(), &data.systemInfo)) {
         raise<Errors::WriteFileFailed>(settings.htmlFile);
     }
@@ -125,7 +130,8 @@ void compare(const DifferenceSettings& settings, DifferenceWriter writer) {
     if (right.empty()) {
         raise<Errors::NoRawTracerDataLoaded>(settings.rhsFile);
     }
-    if (!writer(*ptTracer(), settings.htmlFile, settings.grouping, settings.lhsLabel,
+    if (!isFileName(settings.htmlFile) ||
+        !writer(*ptTracer(), settings.htmlFile, settings.grouping, settings.lhsLabel,
                 settings.rhsLabel, left.points.get(), right.points.get(), &left.systemInfo,
                 &right.systemInfo, settings.metric)) {
         raise<Errors::WriteFileFailed>(settings.htmlFile);
@@ -183,7 +189,8 @@ void PerformanceTracer_generateKsStartupReport::invoke(void*, std::uint32_t&, hv
     if (data.empty()) {
         raise<Errors::NoRawTracerData>();
     }
-    if (!ptWriteDetailReport(*ptTracer(), settings.htmlFile,
+    if (!isFileName(settings.htmlFile) ||
+        !ptWriteDetailReport(*ptTracer(), settings.htmlFile,
                              std::string(pt::kKestruneStartupGrouping),
                              "Kestrune Startup Performance", settings.metric, false,
                              data.points.get(), &data.systemInfo)) {
@@ -242,7 +249,8 @@ void PerformanceTracer_diagnosticReport::invoke(void*, std::uint32_t&, hvArray**
     }
     queryOrviaRoot();
     DataSet data = hvfPassed ? fromFile(hvfFile) : fromMemory(collectSystemInfo());
-    if (!writeDiagnosticReport(*ptTracer(), htmlFile, grouping, data.points.get())) {
+    if (!isFileName(htmlFile) ||
+        !writeDiagnosticReport(*ptTracer(), htmlFile, grouping, data.points.get())) {
         raise<Errors::WriteFileFailed>(htmlFile);
     }
 }
