@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <utility>
 
 #include "value_file_common.h"
 
@@ -36,14 +37,19 @@ long startPeak() {
     return statusKiB("VmRSS:");
 }
 
+/// Runs a step and prints its time and peak; the peak and what the step left held, in KiB
+/// above what was held before.
 template <typename Step>
-void measure(const char* what, Step step) {
+std::pair<long, long> measure(const char* what, Step step) {
     const long before = startPeak();
     const auto start = std::chrono::steady_clock::now();
     step();
     const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    const long peak = statusKiB("VmHWM:") - before;
     std::printf("%-6s %7.3f s   peak %7.1f MiB above the %7.1f MiB held before\n", what,
-                elapsed.count(), (statusKiB("VmHWM:") - before) / 1024.0, before / 1024.0);
+                elapsed.count(), peak / 1024.0, before / 1024.0);
+    malloc_trim(0);
+    return {peak, statusKiB("VmRSS:") - before};
 }
 
 }  // namespace
@@ -62,7 +68,10 @@ int main(int argc, char** argv) {
     std::printf("file   %.1f MB, %.2f bytes per point\n", bytes / 1e6,
                 bytes / static_cast<double>(points));
     ptClearRawData();
-    measure("load", [&] { pt::bench::callWithFile("PerfTools.Tracer.loadTracerData", file); });
+    const auto [peak, store] =
+        measure("load", [&] { pt::bench::callWithFile("PerfTools.Tracer.loadTracerData", file); });
+    std::printf("       the store it built %.1f MiB, the peak %.1f MiB above it\n", store / 1024.0,
+                (peak - store) / 1024.0);
     std::filesystem::remove(file);
     return 0;
 }

@@ -1,5 +1,6 @@
 // The host's message catalogue: one text per message id, with placeholders {1}, {2} ... for the
-// message's arguments in order.
+// message's arguments in order, and {1?present|absent} for an argument that may be empty (% in
+// the present form stands for the argument).
 
 #include <pt_platform/except.h>
 #include <pt_platform/hv.h>
@@ -7,6 +8,7 @@
 #include <boost/variant/static_visitor.hpp>
 
 #include <map>
+#include <string_view>
 #include <utility>
 
 namespace resource_core {
@@ -25,7 +27,10 @@ const std::map<Key, const char*>& catalogue() {
         {{"vos", "TooManyOutputs"},
          "Too many output arguments: {1} returns at most {2}, but {3} were requested."},
 
-        // The performance tracer module.
+        // The performance tracer module. The arguments are fixed by the methods: names of
+        // parameters and inputs, file names (empty for the data in memory), counts as text,
+        // the grouping layer's refusals ("Group: A", "Sub group: B"), and sentences of their
+        // own for the missing parameters.
         {{"performance_tracer:PerformanceTracer", "ExpectedEvenNumberOfParameters"},
          "Parameters must come as name-value pairs, but an odd number of inputs was given."},
         {{"performance_tracer:PerformanceTracer", "InvalidNames"},
@@ -37,36 +42,37 @@ const std::map<Key, const char*>& catalogue() {
         {{"performance_tracer:PerformanceTracer", "MissingHvfExt"},
          "The file name must contain the extension '.hvf'."},
         {{"performance_tracer:PerformanceTracer", "OpenFileFailed"},
-         "The file '{1}' could not be opened."},
+         "The file {1?'%'|with an empty name} could not be opened."},
         {{"performance_tracer:PerformanceTracer", "WriteFileFailed"},
-         "The file '{1}' could not be written or closed."},
+         "The file {1?'%'|with an empty name} could not be written or closed."},
         {{"performance_tracer:PerformanceTracer", "MinParamsNotReached"},
-         "Not enough input arguments were given; at least {1} are required."},
+         "Not enough inputs: this method takes at least {1}."},
         {{"performance_tracer:PerformanceTracer", "MaxParamsExceeded"},
-         "Too many input arguments were given; at most {1} are accepted."},
+         "Too many inputs: this method takes at most {1}."},
         {{"performance_tracer:PerformanceTracer", "UnexpectedValue"},
-         "The value for '{1}' is of an unexpected class."},
+         "The value for {1?\"%\"|an empty name} is of an unexpected class."},
         {{"performance_tracer:PerformanceTracer", "ParameterMismatchBoolean"},
-         "'{1}' must be a logical scalar, true or false."},
+         "The value of '{1}' must be a logical scalar, true or false."},
         {{"performance_tracer:PerformanceTracer", "WindowsOnlyFeature"},
          "{1} are available on Windows only."},
         {{"performance_tracer:PerformanceTracer", "ParameterMismatchString"},
-         "'{1}' must be a character vector."},
+         "The value of '{1}' must be text, a character vector."},
         {{"performance_tracer:PerformanceTracer", "InvalidMetric"},
          "The metric must be '{1}', '{2}' or '{3}'."},
         {{"performance_tracer:PerformanceTracer", "NoRawTracerDataLoaded"},
-         "One side of the comparison holds no tracer data: '{1}' (empty for the data in "
-         "memory)."},
+         "There is nothing to compare: {1?the file '%'|the tracer's memory} holds no tracer "
+         "data."},
         {{"performance_tracer:PerformanceTracer", "ExpectedNames"},
-         "Expected the parameter names {1}."},
+         "A required parameter is missing, or a parameter name is not text ({1})."},
         {{"performance_tracer:PerformanceTracer", "AddGroupingError"},
-         "The grouping could not be added, because this one already has sub-groupings: {1}."},
+         "The grouping could not be added, because a grouping that already has sub-groupings "
+         "can neither take new ones nor become a sub-grouping ({1})."},
         {{"performance_tracer:PerformanceTracer", "AddGroupingExpectedString"},
          "Every element of the cell array must be a character vector."},
         {{"performance_tracer:PerformanceTracer", "RemoveGroupingError"},
-         "'{1}' is not a grouping, so it cannot be removed."},
+         "There is no grouping {1?'%'|with an empty name} to remove."},
         {{"performance_tracer:PerformanceTracer", "DataWriteFail"},
-         "The {1} could not be written to the file '{2}'."},
+         "{1} could not be written to the file '{2}'."},
     };
     return texts;
 }
@@ -78,6 +84,15 @@ struct ArgumentText : boost::static_visitor<std::string> {
         return hvCharsToUtf8(value.data(), value.size());
     }
 };
+
+/// An argument in its place. Some arguments are sentences that end in a full stop; where the
+/// text goes on with a full stop or a closing parenthesis, the argument's own is dropped.
+void appendArgument(std::string& out, std::string_view argument, std::string_view following) {
+    if (argument.ends_with('.') && (following.starts_with('.') || following.starts_with(')'))) {
+        argument.remove_suffix(1);
+    }
+    out += argument;
+}
 
 }  // namespace
 
@@ -109,16 +124,49 @@ std::string formatMessage(const BaseMsgID& message) {
         }
         return fallback;
     }
+    const auto argument = [&message](char digit) {
+        const auto slot = static_cast<std::size_t>(digit - '1');
+        return slot < message.arguments().size() ? argumentText(message.arguments()[slot])
+                                                 : std::string();
+    };
     std::string out;
-    for (const char* c = text; *c; ++c) {
-        if (c[0] == '{' && c[1] >= '1' && c[1] <= '9' && c[2] == '}') {
-            const std::size_t slot = static_cast<std::size_t>(c[1] - '1');
-            if (slot < message.arguments().size()) {
-                out += argumentText(message.arguments()[slot]);
+    std::string_view rest(text);
+    while (!rest.empty()) {
+        const bool placeholder = rest.size() >= 3 && rest[0] == '{' && rest[1] >= '1' &&
+                                 rest[1] <= '9' && (rest[2] == '}' || rest[2] == '?');
+        if (!placeholder) {
+            out += rest.front();
+            rest.remove_prefix(1);
+            continue;
+        }
+        const std::string value = argument(rest[1]);
+        if (rest[2] == '}') {
+            rest.remove_prefix(3);
+            appendArgument(out, value, rest);
+            continue;
+        }
+        // {n?present|absent}: one form when the argument has text, the other when it is empty;
+        // % in the present form stands for the argument.
+        const std::size_t bar = rest.find('|');
+        const std::size_t close = rest.find('}');
+        if (bar == std::string_view::npos || close == std::string_view::npos || bar > close) {
+            out += rest.front();
+            rest.remove_prefix(1);
+            continue;
+        }
+        const std::string_view present = rest.substr(3, bar - 3);
+        const std::string_view absent = rest.substr(bar + 1, close - bar - 1);
+        rest.remove_prefix(close + 1);
+        if (value.empty()) {
+            out += absent;
+            continue;
+        }
+        for (std::size_t i = 0; i < present.size(); ++i) {
+            if (present[i] == '%') {
+                appendArgument(out, value, i + 1 < present.size() ? present.substr(i + 1) : rest);
+            } else {
+                out += present[i];
             }
-            c += 2;
-        } else {
-            out += *c;
         }
     }
     return out;

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 namespace pt::platform {
 
-DeflateStream::DeflateStream(std::FILE* file)
-    : _file(file),
+DeflateStream::DeflateStream(Sink sink)
+    : _sink(std::move(sink)),
       _filling(new unsigned char[kBlock]),
       _handed(new unsigned char[kBlock]),
       _out(kBlock),
@@ -62,6 +63,10 @@ bool DeflateStream::finish() {
 }
 
 void DeflateStream::handOver(bool last) {
+    // The checksum is the writer's share of the work, so that the worker only compresses.
+    if (_used != 0) {
+        _crc = crc32_z(_crc, _filling.get(), _used);
+    }
     if (!_worker.joinable()) {
         compress(_filling.get(), _used, last ? Z_FINISH : Z_NO_FLUSH);
         _used = 0;
@@ -99,9 +104,6 @@ void DeflateStream::compress(const unsigned char* data, std::size_t size, int fl
     if (!_ok || (size == 0 && flush == Z_NO_FLUSH)) {
         return;
     }
-    if (size != 0) {
-        _crc = crc32_z(_crc, data, size);  // a null buffer would restart the CRC
-    }
     _z.next_in = const_cast<Bytef*>(data);
     _z.avail_in = static_cast<uInt>(size);
     do {
@@ -112,8 +114,9 @@ void DeflateStream::compress(const unsigned char* data, std::size_t size, int fl
             return;
         }
         const std::size_t produced = _out.size() - _z.avail_out;
-        if (produced && std::fwrite(_out.data(), 1, produced, _file) != produced) {
+        if (produced && !_sink(_out.data(), produced)) {
             _ok = false;
+            return;
         }
         _compressed += produced;
     } while (_z.avail_out == 0 || (flush == Z_FINISH && _z.avail_in != 0));

@@ -2,15 +2,16 @@
 
 // The compressed body of a value file being written. MessagePack's packer writes a few bytes at
 // a time; they gather in blocks, and a worker thread compresses each full block while the
-// packer fills the next, so that on two cores a save costs little more than its packing.
+// packer fills the next and sums the checksum, so that on two cores a save costs little more
+// than its compression.
 
 #include <zlib.h>
 
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -20,8 +21,11 @@ namespace pt::platform {
 
 class DeflateStream {
 public:
-    /// Compresses into the file from its current position.
-    explicit DeflateStream(std::FILE* file);
+    /// Where the compressed bytes go, in order; false if they could not all be taken. Called
+    /// from the worker.
+    using Sink = std::function<bool(const unsigned char* data, std::size_t size)>;
+
+    explicit DeflateStream(Sink sink);
     /// Stops the worker; what was not finished is dropped.
     ~DeflateStream();
     DeflateStream(const DeflateStream&) = delete;
@@ -37,8 +41,9 @@ public:
             writeAcross(data, size);
         }
     }
-    /// Waits until everything written so far is compressed and in the file; false if any of it
-    /// could not be.
+    /// Waits until everything written so far has gone to the compressor; false if anything
+    /// written so far could not be compressed or taken by the sink. What the compressor holds
+    /// back reaches the sink only with finish.
     bool drain();
     /// Ends the stream; false if anything could not be compressed or written.
     bool finish();
@@ -55,10 +60,10 @@ private:
     /// Gives the filled block to the worker, waiting until it has taken the previous one.
     void handOver(bool last);
     void work();
-    /// Compresses a block into the file (the worker's side, or the caller's without a worker).
+    /// Compresses a block into the sink (the worker's side, or the caller's without a worker).
     void compress(const unsigned char* data, std::size_t size, int flush);
 
-    std::FILE* _file;
+    Sink _sink;
     z_stream _z{};
     std::unique_ptr<unsigned char[]> _filling;
     std::size_t _used = 0;
@@ -66,9 +71,9 @@ private:
     std::size_t _handedSize = 0;
     std::vector<unsigned char> _out;
     std::uint64_t _uncompressed = 0;
+    uLong _crc;
     // The worker's, read by the writer only when the worker is idle.
     std::uint64_t _compressed = 0;
-    uLong _crc;
     bool _ok;
 
     std::mutex _mutex;

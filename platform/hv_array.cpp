@@ -1,7 +1,5 @@
 #include "hv_array.h"
 
-#include "value_arena.h"
-
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -43,7 +41,7 @@ hvClassID classOf(const hvArray* value) { return value ? value->classID : hvClas
 }  // namespace
 
 hvArray* hvArray::make(hvClassID classID, std::size_t ndim, const std::size_t* dims,
-                       std::size_t fieldCount, pt::platform::ValueArena* arena) {
+                       std::size_t fieldCount) {
     if (classID == hvClassID::Unknown || classID > hvClassID::UInt64) {
         throw std::invalid_argument("hvArray: no such class");
     }
@@ -65,13 +63,8 @@ hvArray* hvArray::make(hvClassID classID, std::size_t ndim, const std::size_t* d
     if (payload > std::numeric_limits<std::size_t>::max() - header) {
         throw std::bad_alloc();
     }
-    void* storage = arena ? arena->allocate(header + payload) : nullptr;
-    const bool inArena = storage != nullptr;
-    if (!inArena) {
-        storage = ::operator new(header + payload);
-    }
+    void* storage = ::operator new(header + payload);
     auto* value = new (storage) hvArray();
-    value->inArena = inArena;
     value->classID = classID;
     value->ndim = static_cast<std::uint8_t>(rank);
     value->count = count;
@@ -87,9 +80,7 @@ hvArray* hvArray::make(hvClassID classID, std::size_t ndim, const std::size_t* d
             compound->elements.resize(count * fieldCount);
             *reinterpret_cast<hvCompound**>(value->data()) = compound.release();
         } catch (...) {
-            if (!inArena) {
-                ::operator delete(storage);
-            }
+            ::operator delete(storage);
             throw;
         }
     } else {
@@ -107,11 +98,8 @@ void hvArray::destroy(hvArray* value) noexcept {
     } else if (value->classID == hvClassID::Struct) {
         delete value->compound();
     }
-    const bool inArena = value->inArena;
     value->~hvArray();
-    if (!inArena) {
-        ::operator delete(value);
-    }
+    ::operator delete(value);
 }
 
 std::span<hvUniqueArray> hvArray::elements() {

@@ -14,10 +14,6 @@
 #include <string>
 #include <vector>
 
-namespace pt::platform {
-class ValueArena;
-}
-
 /// The field names and values of a structure, element by element
 /// (element * number of fields + field). Null stands for an empty value.
 struct hvCompound {
@@ -29,15 +25,13 @@ struct hvArray {
     hvClassID classID;
     /// At least two; no trailing ones past the second.
     std::uint8_t ndim;
-    /// The storage belongs to a ValueArena, which reclaims it.
-    bool inArena;
     /// The product of the dimensions.
     std::size_t count;
 
-    /// Makes a value with zeroed data or empty elements, in the arena if one is given and the
-    /// value fits its blocks. Throws std::bad_alloc for a size that cannot be had.
+    /// Makes a value with zeroed data or empty elements. Throws std::bad_alloc for a size that
+    /// cannot be had.
     static hvArray* make(hvClassID classID, std::size_t ndim, const std::size_t* dims,
-                         std::size_t fieldCount = 0, pt::platform::ValueArena* arena = nullptr);
+                         std::size_t fieldCount = 0);
     static void destroy(hvArray* value) noexcept;
 
     std::size_t* dims() { return reinterpret_cast<std::size_t*>(this + 1); }

@@ -42,7 +42,7 @@ bool ValueReader::readArray(std::uint32_t& count) {
         return false;
     }
     // Every element takes at least one byte.
-    return count <= remaining();
+    return count <= remaining() + _beyond;
 }
 
 bool ValueReader::readUnsigned(std::uint64_t& number) {
@@ -142,9 +142,86 @@ bool ValueReader::readValue(hvUniqueArray& value, int depth) {
     return parseValue<true>(&value, depth);
 }
 
-bool ValueReader::skipValue() { return parseValue<false>(nullptr, 0); }
+bool ValueReader::skipValue(int depth) { return parseValue<false>(nullptr, depth); }
+
+bool ValueReader::readView(hvfCell& cell, int depth) {
+    cell = hvfCell();
+    if (takeNil()) {
+        return true;
+    }
+    const std::uint8_t* start = _p;
+    ValueHeader header;
+    if (depth > kMaxDepth || !readHeader(header)) {
+        return false;
+    }
+    cell.classID = header.classID;
+    cell.count = header.count;
+    cell.isVector = header.isVector();
+    if (header.classID == hvClassID::Char) {
+        std::u16string chars;
+        std::string_view text;
+        if (!readCharacters(header, text, &chars)) {
+            return false;
+        }
+        cell.bytes = text;
+        return true;
+    }
+    if (hvElementSize(header.classID) != 0) {
+        const std::uint8_t* bytes;
+        std::size_t length;
+        if (!readElements(header, bytes, length)) {
+            return false;
+        }
+        cell.bytes = std::string_view(reinterpret_cast<const char*>(bytes), length);
+        return true;
+    }
+    _p = start;
+    return parseValue<false>(nullptr, depth);
+}
+
+// As hvArray keeps dimensions: trailing ones past the second dropped, at least two.
+bool ValueReader::ValueHeader::isVector() const {
+    std::size_t rank = ndim;
+    while (rank > 2 && dims[rank - 1] == 1) {
+        --rank;
+    }
+    const std::size_t rows = ndim > 0 ? dims[0] : 1;
+    const std::size_t columns = ndim > 1 ? dims[1] : 1;
+    return rank <= 2 && (rows == 1 || columns == 1);
+}
+
+bool ValueReader::readCharacters(const ValueHeader& header, std::string_view& text,
+                                 std::u16string* chars) {
+    if (!readText(text) || text.size() < header.count) {
+        return false;  // every character takes at least one byte of text
+    }
+    // Most texts are plain ASCII, whose bytes are their characters.
+    if (std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; })) {
+        return text.size() == header.count;
+    }
+    *chars = hvUtf8ToChars(text);
+    return chars->size() == header.count;
+}
+
+bool ValueReader::readElements(const ValueHeader& header, const std::uint8_t*& bytes,
+                               std::size_t& length) {
+    // count * size cannot overflow once count is no more than the bytes.
+    return readBinary(bytes, length) && header.count <= length &&
+           length == header.count * hvElementSize(header.classID);
+}
 
 bool ValueReader::readHeader(ValueHeader& header) {
+    // The opening of nearly every value: [class, [m, n], with m and n below 128, each a byte.
+    if (remaining() >= 5 && _p[0] == 0x93 && _p[2] == 0x92 && _p[3] < 0x80 && _p[4] < 0x80 &&
+        _p[1] != 0 && _p[1] <= static_cast<std::uint8_t>(hvClassID::UInt64)) {
+        header.classID = static_cast<hvClassID>(_p[1]);
+        header.ndim = 2;
+        header.dims[0] = _p[3];
+        header.dims[1] = _p[4];
+        header.count = header.dims[0] * header.dims[1];
+        _p += 5;
+        return true;
+    }
     std::uint32_t parts;
     std::uint64_t classNumber;
     if (!readArray(parts) || parts != 3 || !readUnsigned(classNumber) || classNumber == 0 ||
@@ -201,45 +278,35 @@ bool ValueReader::parseValue(hvUniqueArray* value, int depth) {
 
     if (classID == hvClassID::Char) {
         std::string_view text;
-        if (!readText(text) || text.size() < count) {
-            return false;  // every character takes at least one byte of text
-        }
-        // Most texts are plain ASCII, whose bytes are their characters.
-        if (std::all_of(text.begin(), text.end(), [](char c) { return (c & 0x80) == 0; })) {
-            if (text.size() != count) {
-                return false;
-            }
-            if constexpr (Build) {
-                value->reset(hvArray::make(hvClassID::Char, ndim, dims, 0, _arena));
-                std::copy(text.begin(), text.end(), hvGetChars(value->get()));
-            }
-            return true;
-        }
-        const std::u16string chars = hvUtf8ToChars(text);
-        if (chars.size() != count) {
+        std::u16string chars;
+        if (!readCharacters(header, text, &chars)) {
             return false;
         }
         if constexpr (Build) {
-            value->reset(hvArray::make(hvClassID::Char, ndim, dims, 0, _arena));
-            std::copy(chars.begin(), chars.end(), hvGetChars(value->get()));
+            value->reset(hvArray::make(hvClassID::Char, ndim, dims, 0));
+            if (chars.empty()) {
+                std::copy(text.begin(), text.end(), hvGetChars(value->get()));
+            } else {
+                std::copy(chars.begin(), chars.end(), hvGetChars(value->get()));
+            }
         }
         return true;
     }
-    if (const std::size_t size = hvElementSize(classID); size != 0) {
+    if (hvElementSize(classID) != 0) {
         const std::uint8_t* bytes;
         std::size_t length;
-        if (!readBinary(bytes, length) || length % size != 0 || length / size != count) {
+        if (!readElements(header, bytes, length)) {
             return false;
         }
         if constexpr (Build) {
             if (classID == hvClassID::Logical) {
-                value->reset(hvArray::make(hvClassID::Logical, ndim, dims, 0, _arena));
+                value->reset(hvArray::make(hvClassID::Logical, ndim, dims, 0));
                 bool* flags = hvGetLogicals(value->get());
                 for (std::size_t i = 0; i < count; ++i) {
                     flags[i] = bytes[i] != 0;
                 }
             } else {
-                value->reset(hvArray::make(classID, ndim, dims, 0, _arena));
+                value->reset(hvArray::make(classID, ndim, dims, 0));
                 if (length != 0) {
                     std::memcpy(hvGetData(value->get()), bytes, length);
                 }
@@ -253,7 +320,7 @@ bool ValueReader::parseValue(hvUniqueArray* value, int depth) {
             return false;
         }
         if constexpr (Build) {
-            value->reset(hvArray::make(hvClassID::Cell, ndim, dims, 0, _arena));
+            value->reset(hvArray::make(hvClassID::Cell, ndim, dims, 0));
         }
         for (std::size_t i = 0; i < count; ++i) {
             if constexpr (Build) {
@@ -295,7 +362,7 @@ bool ValueReader::parseValue(hvUniqueArray* value, int depth) {
         return false;
     }
     if constexpr (Build) {
-        value->reset(hvArray::make(hvClassID::Struct, ndim, dims, nfields, _arena));
+        value->reset(hvArray::make(hvClassID::Struct, ndim, dims, nfields));
         (*value)->fieldNames().assign(names.begin(), names.end());
     }
     for (std::size_t i = 0; i < fields; ++i) {

@@ -12,16 +12,16 @@
 // docs/value_files.md describes the format for readers in other languages.
 
 #include <pt_platform/hv.h>
+#include <pt_platform/hvf_rows.h>
 
 #include <msgpack.hpp>
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 namespace pt::platform {
-
-class ValueArena;
 
 /// Writes a value (nil for null) to any stream that MessagePack can pack into.
 template <typename Stream>
@@ -33,16 +33,20 @@ inline constexpr int kMaxDepth = 64;
 inline constexpr std::size_t kMaxDimensions = 32;
 
 /// Reads MessagePack from a byte range, checking every length against what is left, so that
-/// nothing is read past the end and nothing is allocated that the bytes cannot justify.
+/// nothing is read past the end and nothing is allocated that the bytes cannot justify. The
+/// range may be a window on a longer content: counts are then judged against all of the
+/// content that is left, and a read that fails for want of bytes says so (ranShort).
 class ValueReader {
 public:
     ValueReader(const std::uint8_t* data, std::size_t size) : _p(data), _end(data + size) {}
 
-    /// Values read from now on are made in the arena (see value_arena.h); null for the heap.
-    void useArena(ValueArena* arena) { _arena = arena; }
+    /// How many content bytes follow the range.
+    void setBytesBeyond(std::uint64_t bytes) { _beyond = bytes; }
 
     bool atEnd() const { return _p == _end; }
     std::size_t remaining() const { return static_cast<std::size_t>(_end - _p); }
+    /// True when a read failed because the range ended, where more content could follow.
+    bool ranShort() const { return _short; }
 
     bool readArray(std::uint32_t& count);
     bool readUnsigned(std::uint64_t& number);
@@ -50,11 +54,15 @@ public:
     bool readBinary(const std::uint8_t*& bytes, std::size_t& size);
     /// Takes a nil if one stands next.
     bool takeNil();
-    /// A value, or null for nil; false if the bytes are no well-formed value.
+    /// A value, or null for nil; false if the bytes are no well-formed value. Depth counts the
+    /// containers around the value.
     bool readValue(hvUniqueArray& value, int depth = 0);
     /// Passes over a value, checking all that readValue checks but making nothing: true
     /// exactly when readValue of the same bytes would succeed.
-    bool skipValue();
+    bool skipValue(int depth = 0);
+    /// Sees a value without making it, checking all that readValue checks: its class, shape
+    /// and data; a cell or structure is checked whole, but what it holds is not shown.
+    bool readView(hvfCell& cell, int depth);
 
     /// The class and dimensions that open a value (not nil).
     struct ValueHeader {
@@ -62,6 +70,8 @@ public:
         std::uint32_t ndim = 0;
         std::size_t dims[kMaxDimensions];
         std::size_t count = 0;
+        /// Whether a value of these dimensions is a vector, as hvIsVector tells.
+        bool isVector() const;
     };
     bool readHeader(ValueHeader& header);
     /// The element count that opens a cell's payload, which must match the header's.
@@ -70,12 +80,24 @@ public:
 private:
     template <bool Build>
     bool parseValue(hvUniqueArray* value, int depth);
-    bool need(std::size_t bytes) const { return remaining() >= bytes; }
+    /// The text of a character value, checked against the header's count of characters; chars
+    /// is filled when the text is not plain ASCII.
+    bool readCharacters(const ValueHeader& header, std::string_view& text, std::u16string* chars);
+    /// The bytes of a logical or numeric value, checked against the header's count.
+    bool readElements(const ValueHeader& header, const std::uint8_t*& bytes, std::size_t& length);
+    bool need(std::size_t bytes) {
+        if (remaining() >= bytes) {
+            return true;
+        }
+        _short = true;
+        return false;
+    }
     std::uint64_t bigEndian(std::size_t bytes);
 
     const std::uint8_t* _p;
     const std::uint8_t* _end;
-    ValueArena* _arena = nullptr;
+    std::uint64_t _beyond = 0;
+    bool _short = false;
 };
 
 }  // namespace pt::platform

@@ -21,6 +21,9 @@ PTOrviaDataPoint::PTOrviaDataPoint(std::int32_t pointType)
 PTOrviaDataPoint::PTOrviaDataPoint(RowStart)
     : _pointType(0), _groupingID(0), _phaseID(0), _statisticsTypeID(0) {}
 
+PTOrviaDataPoint::PTOrviaDataPoint(std::int32_t pointType, RowStart)
+    : _pointType(pointType), _detailedMem(boost::make_shared<pt::DetailedMemStats>()) {}
+
 PTOrviaDataPoint::PTOrviaDataPoint(const PTOrviaDataPoint& other)
     : _pointType(other._pointType),
       _groupingID(other._groupingID),
@@ -49,7 +52,10 @@ PTKestruneDataPoint::PTKestruneDataPoint() : PTKestruneDataPoint(1) {}
 PTKestruneDataPoint::PTKestruneDataPoint(std::int32_t pointType) : PTOrviaDataPoint(pointType) {}
 
 PTKestruneDataPoint::PTKestruneDataPoint(RowStart)
-    : PTOrviaDataPoint(0), _modelID(0), _targetID(0) {}
+    : PTOrviaDataPoint(0, RowStart{}), _modelID(0), _targetID(0) {}
+
+PTKestruneDataPoint::PTKestruneDataPoint(std::int32_t pointType, RowStart)
+    : PTOrviaDataPoint(pointType, RowStart{}) {}
 
 // A point's class and its _pointType agree unless it came from a malformed row, so the wider
 // fields are read only after a checked cast.

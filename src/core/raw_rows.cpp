@@ -10,6 +10,7 @@
 #include <performance_tracer/raw_points.h>
 
 #include <pt_platform/hv.h>
+#include <pt_platform/hvf_rows.h>
 
 #include <boost/make_shared.hpp>
 
@@ -25,18 +26,47 @@ hvArray* nameCell(std::uint32_t kind, std::int32_t id) {
     return hvCreateString(ptNameStr(kind, id));
 }
 
-/// The cell at index, or null past the end of the row; reading never goes beyond a short row.
-const hvArray* cellAt(const hvArray* row, std::size_t index) { return hvGetCell(row, index); }
+/// The cells of a row that is a host value. A cell past the end of a short row is null, and
+/// reads as any missing value does.
+class HostRowCells final : public PTRowCells {
+public:
+    explicit HostRowCells(const hvArray* row) : _row(row) {}
 
-std::int32_t readName(std::uint32_t kind, const hvArray* row, std::size_t& index) {
-    return static_cast<std::int32_t>(ptNameID(kind, pt::readText(cellAt(row, index++))));
-}
+    bool isCharVector(std::size_t i) const override { return hvIsCharVector(cell(i)); }
+    bool hasText(std::size_t i, std::string_view text) const override {
+        return pt::readText(cell(i)) == text;
+    }
+    std::int32_t nameID(std::uint32_t kind, std::size_t i) override {
+        return static_cast<std::int32_t>(ptNameID(kind, pt::readText(cell(i))));
+    }
+    std::int32_t int32(std::size_t i) const override { return pt::readInt32(cell(i)); }
+    double figure(std::size_t i) const override { return pt::readDouble(cell(i)); }
+    bool flag(std::size_t i) const override { return pt::readBool(cell(i)); }
 
-double readFigure(const hvArray* row, std::size_t& index) {
-    return pt::readDouble(cellAt(row, index++));
-}
+private:
+    const hvArray* cell(std::size_t i) const { return hvGetCell(_row, i); }
+
+    const hvArray* _row;
+};
 
 }  // namespace
+
+PTRowCells::~PTRowCells() = default;
+
+std::size_t PTOrviaDataPoint::addedRowNames(RowName (&)[4]) const { return 0; }
+
+std::size_t PTKestruneDataPoint::addedRowNames(RowName (&names)[4]) const {
+    names[0] = {PT_TABLE_MODEL, _modelID};
+    names[1] = {PT_TABLE_TARGET, _targetID};
+    return 2;
+}
+
+std::size_t PTYlvaneDataPoint::addedRowNames(RowName (&names)[4]) const {
+    PTKestruneDataPoint::addedRowNames(names);
+    names[2] = {PT_TABLE_MACHINE, _machineID};
+    names[3] = {PT_TABLE_CHART, _chartID};
+    return 4;
+}
 
 hvArray* PTOrviaDataPoint::buildRow(std::span<const RowName> extraNames) const {
     hvUniqueArray row(hvCreateCellMatrix(1, kBaseRowCells + extraNames.size()));
@@ -59,26 +89,55 @@ hvArray* PTOrviaDataPoint::buildRow(std::span<const RowName> extraNames) const {
     return row.release();
 }
 
-void PTOrviaDataPoint::readRow(const hvArray* row, std::span<const RowNameSlot> extraNames) {
+// The cells of buildRow, in its order and in the form of its values.
+void PTOrviaDataPoint::writeRow(hvfRowWriter& out, PTRowNameTexts& names) const {
+    RowName added[4];
+    const std::size_t addedCount = addedRowNames(added);
+    out.cellRow(kBaseRowCells + addedCount);
+    out.text(kRowVersion);
+    out.int32Scalar(_pointType);
+    out.text(names.text(PT_TABLE_PHASE, _phaseID));
+    out.text(names.text(PT_TABLE_GROUPING, _groupingID));
+    for (std::size_t i = 0; i < addedCount; ++i) {
+        out.text(names.text(added[i].kind, added[i].id));
+    }
+    out.text(names.text(PT_TABLE_STATISTICS_TYPE, _statisticsTypeID));
+    out.logicalScalar(_isPhaseStart);
+    out.doubleScalar(_wcTime);
+    out.doubleScalar(_cpuTime);
+    const pt::DetailedMemStats noDetails;
+    const pt::DetailedMemStats& details = _detailedMem ? *_detailedMem : noDetails;
+    for (double figure : {details.freeMem, details.resMem, details.commitMem, details.dllsMem,
+                          details.nonprocessMem}) {
+        out.doubleScalar(figure);
+    }
+    const pt::BasicMemStats noBasics;
+    const pt::BasicMemStats& basics = _basicMem ? *_basicMem : noBasics;
+    for (double figure : {basics.procMemUsage, basics.procMemUsagePeak, basics.procVMSize}) {
+        out.doubleScalar(figure);
+    }
+}
+
+void PTOrviaDataPoint::readRow(PTRowCells& row, std::span<const RowNameSlot> extraNames) {
     std::size_t index = 0;
     bool readFields = true;
-    if (const hvArray* version = cellAt(row, 0); hvIsCharVector(version)) {
+    if (row.isCharVector(0)) {
         // A version this build does not know keeps the start values of the fields and reads
         // the figures from the cells that follow the version.
-        readFields = pt::readText(version) == kRowVersion;
+        readFields = row.hasText(0, kRowVersion);
         index = 1;
     }
     if (readFields) {
-        _pointType = pt::readInt32(cellAt(row, index++));
-        _phaseID = readName(PT_TABLE_PHASE, row, index);
-        _groupingID = readName(PT_TABLE_GROUPING, row, index);
+        _pointType = row.int32(index++);
+        _phaseID = row.nameID(PT_TABLE_PHASE, index++);
+        _groupingID = row.nameID(PT_TABLE_GROUPING, index++);
         for (const RowNameSlot& name : extraNames) {
-            *name.id = readName(name.kind, row, index);
+            *name.id = row.nameID(name.kind, index++);
         }
-        _statisticsTypeID = readName(PT_TABLE_STATISTICS_TYPE, row, index);
-        _isPhaseStart = pt::readBool(cellAt(row, index++));
-        _wcTime = readFigure(row, index);
-        _cpuTime = readFigure(row, index);
+        _statisticsTypeID = row.nameID(PT_TABLE_STATISTICS_TYPE, index++);
+        _isPhaseStart = row.flag(index++);
+        _wcTime = row.figure(index++);
+        _cpuTime = row.figure(index++);
     }
     detailedMemFromRow(row, index);
     basicMemFromRow(row, index);
@@ -100,10 +159,10 @@ void PTOrviaDataPoint::basicMemToRow(hvArray* row, std::size_t& index) const {
     }
 }
 
-void PTOrviaDataPoint::detailedMemFromRow(const hvArray* row, std::size_t& index) {
+void PTOrviaDataPoint::detailedMemFromRow(const PTRowCells& row, std::size_t& index) {
     double figures[5];
     for (double& figure : figures) {
-        figure = readFigure(row, index);
+        figure = row.figure(index++);
     }
     // All-zero figures keep the record the point has: none on a host-language point read from
     // a row, a zero record on the wider classes.
@@ -113,32 +172,52 @@ void PTOrviaDataPoint::detailedMemFromRow(const hvArray* row, std::size_t& index
     }
 }
 
-void PTOrviaDataPoint::basicMemFromRow(const hvArray* row, std::size_t& index) {
-    const double usage = readFigure(row, index);
-    const double peak = readFigure(row, index);
-    const double vmSize = readFigure(row, index);
+void PTOrviaDataPoint::basicMemFromRow(const PTRowCells& row, std::size_t& index) {
+    const double usage = row.figure(index++);
+    const double peak = row.figure(index++);
+    const double vmSize = row.figure(index++);
     _basicMem = boost::make_shared<pt::BasicMemStats>(usage, peak, vmSize);
 }
 
 PTOrviaDataPoint::PTOrviaDataPoint(const hvArray* row) : PTOrviaDataPoint(RowStart{}) {
+    HostRowCells cells(row);
+    readRow(cells, {});
+}
+
+PTOrviaDataPoint::PTOrviaDataPoint(PTRowCells& row) : PTOrviaDataPoint(RowStart{}) {
     readRow(row, {});
 }
 
 hvArray* PTOrviaDataPoint::toRow() const { return buildRow({}); }
 
 PTKestruneDataPoint::PTKestruneDataPoint(const hvArray* row) : PTKestruneDataPoint(RowStart{}) {
+    HostRowCells cells(row);
+    const RowNameSlot names[] = {{PT_TABLE_MODEL, &_modelID}, {PT_TABLE_TARGET, &_targetID}};
+    readRow(cells, names);
+}
+
+PTKestruneDataPoint::PTKestruneDataPoint(PTRowCells& row) : PTKestruneDataPoint(RowStart{}) {
     const RowNameSlot names[] = {{PT_TABLE_MODEL, &_modelID}, {PT_TABLE_TARGET, &_targetID}};
     readRow(row, names);
 }
 
 hvArray* PTKestruneDataPoint::toRow() const {
-    const RowName names[] = {{PT_TABLE_MODEL, _modelID}, {PT_TABLE_TARGET, _targetID}};
-    return buildRow(names);
+    RowName names[4];
+    return buildRow(std::span(names, addedRowNames(names)));
+}
+
+PTYlvaneDataPoint::PTYlvaneDataPoint(const hvArray* row) : PTKestruneDataPoint(1, RowStart{}) {
+    HostRowCells cells(row);
+    readStateChartRow(cells);
+}
+
+PTYlvaneDataPoint::PTYlvaneDataPoint(PTRowCells& row) : PTKestruneDataPoint(1, RowStart{}) {
+    readStateChartRow(row);
 }
 
 // The start values of a state-chart row are the defaults with point type 1 and machine and
 // chart 0; they show only when a row's version is unknown.
-PTYlvaneDataPoint::PTYlvaneDataPoint(const hvArray* row) : PTKestruneDataPoint(1) {
+void PTYlvaneDataPoint::readStateChartRow(PTRowCells& row) {
     _machineID = 0;
     _chartID = 0;
     const RowNameSlot names[] = {{PT_TABLE_MODEL, &_modelID},
@@ -149,9 +228,6 @@ PTYlvaneDataPoint::PTYlvaneDataPoint(const hvArray* row) : PTKestruneDataPoint(1
 }
 
 hvArray* PTYlvaneDataPoint::toRow() const {
-    const RowName names[] = {{PT_TABLE_MODEL, _modelID},
-                             {PT_TABLE_TARGET, _targetID},
-                             {PT_TABLE_MACHINE, _machineID},
-                             {PT_TABLE_CHART, _chartID}};
-    return buildRow(names);
+    RowName names[4];
+    return buildRow(std::span(names, addedRowNames(names)));
 }

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include <boost/make_shared.hpp>
+
 #include "name_table.h"
 
 namespace {
@@ -18,6 +20,28 @@ std::int32_t idOf(std::uint32_t kind, const std::string& name) {
 /// class is checked as well as _pointType, as a malformed row can make the two disagree.
 const PTKestruneDataPoint* asModelPoint(const PTOrviaDataPoint& point) {
     return point._pointType != 0 ? dynamic_cast<const PTKestruneDataPoint*>(&point) : nullptr;
+}
+
+/// A reader's copy, made by the copy constructor of the class that _pointType names, so that a
+/// wider point whose type says it is narrower (only a row of an unknown version makes one)
+/// is copied as the narrower class. A point whose class lacks the fields of its type, or whose
+/// type is none of 0, 1, 2 (both only from a malformed file), is copied as its own class.
+boost::shared_ptr<PTOrviaDataPoint> copyByPointType(const PTOrviaDataPoint& point) {
+    switch (point._pointType) {
+        case 0: return boost::make_shared<PTOrviaDataPoint>(point);
+        case 1:
+            if (const auto* modelPoint = dynamic_cast<const PTKestruneDataPoint*>(&point)) {
+                return boost::make_shared<PTKestruneDataPoint>(*modelPoint);
+            }
+            break;
+        case 2:
+            if (const auto* chartPoint = dynamic_cast<const PTYlvaneDataPoint*>(&point)) {
+                return boost::make_shared<PTYlvaneDataPoint>(*chartPoint);
+            }
+            break;
+        default: break;
+    }
+    return point.clone();
 }
 
 /// Erases the matching points in place, keeping the order of the rest.
@@ -48,7 +72,7 @@ std::unique_ptr<PTRawDataVector> PerformanceTracer::snapshotRawData() const {
     copy->reserve(_rawData->size());
     for (const auto& point : *_rawData) {
         if (point) {
-            copy->push_back(point->clone());
+            copy->push_back(copyByPointType(*point));
         }
     }
     return copy;

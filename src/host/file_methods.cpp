@@ -25,24 +25,30 @@ std::string fileNameOf(const hvArray* value) {
 }
 
 /// Writes the three variables of a value file: the points, this machine's information and
-/// the host's root folder, which the points' phase names are stripped of.
-void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)()) {
-    struct Closer {
-        void operator()(hvFile* f) const { hvfClose(f); }
+/// the host's root folder, which the points' phase names are stripped of. A save that fails,
+/// whatever the reason, leaves the earlier file at that name as it was.
+void save(const std::string& file,
+          const PTRawDataVector* (*select)(std::unique_ptr<PTRawDataVector>& held)) {
+    struct Discarder {
+        void operator()(hvFile* f) const { hvfDiscard(f); }
     };
-    // Closed on every way out; a failed save leaves what was written behind.
-    const std::unique_ptr<hvFile, Closer> out(hvfOpen(file.c_str(), "w"));
+    // A NUL would end the name early, and so another file would be written.
+    std::unique_ptr<hvFile, Discarder> out(
+        file.find('\0') == std::string::npos ? hvfOpen(file.c_str(), "w") : nullptr);
     if (!out) {
         raise<Errors::OpenFileFailed>(file);
     }
     const std::string root = queryOrviaRoot();
     setPathStripRoot(root);
-    const std::unique_ptr<PTRawDataVector> points = select();
-    // All three values are made before anything is put; the rows are made as they are written,
-    // so that they are never all held at once.
+    // The rows are written straight from the points, so that they are never made as values.
+    // The other two values are made first: making them may ask the host, and nothing may
+    // change the points while they are written.
     const hvUniqueArray systemInfo(systemInfoToStruct());
     const hvUniqueArray rootText(hvCreateString(root));
-    if (putRawDataCells(out.get(), kRawDataVariable, points ? *points : PTRawDataVector()) != 0) {
+    std::unique_ptr<PTRawDataVector> held;
+    const PTRawDataVector* points = select(held);
+    const PTRawDataVector none;
+    if (putRawDataCells(out.get(), kRawDataVariable, points ? *points : none) != 0) {
         raise<Errors::DataWriteFail>(std::string("Raw Data"), file);
     }
     if (hvfPutVariable(out.get(), kSystemInfoVariable, systemInfo.get()) != 0) {
@@ -51,16 +57,21 @@ void save(const std::string& file, std::unique_ptr<PTRawDataVector> (*select)())
     if (hvfPutVariable(out.get(), kRootVariable, rootText.get()) != 0) {
         raise<Errors::DataWriteFail>(std::string("Orvia Root"), file);
     }
+    // Most of a small run reaches the disk only now; whatever fails here lost the raw data.
+    if (hvfClose(out.release()) != 0) {
+        raise<Errors::DataWriteFail>(std::string("Raw Data"), file);
+    }
 }
 
-/// The points themselves, shared: a save only reads them, so it needs no copies of its own.
-std::unique_ptr<PTRawDataVector> allPoints() {
-    const auto& points = ptTracer()->_rawData;
-    return points ? std::make_unique<PTRawDataVector>(*points) : nullptr;
+/// The store itself: a save only reads the points, so it needs neither copies nor a list of
+/// its own.
+const PTRawDataVector* allPoints(std::unique_ptr<PTRawDataVector>&) {
+    return ptTracer()->_rawData.get();
 }
 
-std::unique_ptr<PTRawDataVector> startupPoints() {
-    return ptTracer()->rawDataForGrouping(std::string(pt::kKestruneStartupGrouping));
+const PTRawDataVector* startupPoints(std::unique_ptr<PTRawDataVector>& held) {
+    held = ptTracer()->rawDataForGrouping(std::string(pt::kKestruneStartupGrouping));
+    return held.get();
 }
 
 }  // namespace

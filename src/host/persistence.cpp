@@ -1,10 +1,11 @@
 #include "persistence.h"
 
 #include <pt_platform/hv.h>
-#include <pt_platform/hvf.h>
+#include <pt_platform/hvf_rows.h>
 
-#include <memory>
+#include <iterator>
 
+#include "file_rows.h"
 #include "messages.h"
 #include "method_frame.h"
 #include "system_info.h"
@@ -24,21 +25,26 @@ hvArray* systemInfoToStruct() {
 
 bool loadSavedData(const std::string& file, PTRawDataVector& points, SystemInfoRecord& record,
                    std::string&) {
-    struct Closer {
-        void operator()(hvFile* f) const { hvfClose(f); }
-    };
-    std::unique_ptr<hvFile, Closer> values(hvfOpen(file.c_str(), "r"));
-    if (!values) {
+    // A NUL would end the name early, and so another file would be read.
+    if (file.find('\0') != std::string::npos) {
         raise<Errors::OpenFileFailed>(file);
     }
-    // The rows are made and read one at a time, with what readRawDataCells of the whole
-    // variable would give: the first empty row hides the rest.
-    hvfForEachCell(values.get(), kRawDataVariable,
-                   [&points](const hvArray* row) { return appendPointOfRow(row, points); });
-    const hvUniqueArray systemInfo(hvfGetVariable(values.get(), kSystemInfoVariable));
-    const hvUniqueArray root(hvfGetVariable(values.get(), kRootVariable));  // read and dropped
-    readSystemInfoStruct(systemInfo.get(), record);
-    if (hvfClose(values.release()) != 0) {
+    // The rows are read one at a time, with what readRawDataCells of the whole variable would
+    // give: the first empty row hides the rest. The root is read and dropped.
+    FileRowReader rows(points);
+    const char* const others[] = {kSystemInfoVariable, kRootVariable};
+    hvUniqueArray values[std::size(others)];
+    const hvfReadResult result = hvfReadRows(
+        file.c_str(), kRawDataVariable, [&rows](const hvfRow* row) { return rows.append(row); },
+        others, values);
+    if (result == hvfReadResult::NotOpened) {
+        rows.drop();
+        raise<Errors::OpenFileFailed>(file);
+    }
+    rows.commit();
+    readSystemInfoStruct(values[0].get(), record);
+    if (result == hvfReadResult::CloseFailed) {
+        rows.drop();
         raise<Errors::WriteFileFailed>(file);
     }
     return true;

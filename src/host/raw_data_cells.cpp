@@ -5,6 +5,7 @@
 
 #include <pt_platform/hv.h>
 #include <pt_platform/hvf.h>
+#include <pt_platform/hvf_rows.h>
 
 #include <boost/make_shared.hpp>
 
@@ -22,8 +23,9 @@ hvArray* rawDataToCells(const PTRawDataVector& points) {
 }
 
 int putRawDataCells(hvFile* file, const char* name, const PTRawDataVector& points) {
-    return hvfPutCellRow(file, name, points.size(),
-                         [&points](std::size_t i) { return points[i]->toRow(); });
+    PTRowNameTexts names;
+    return hvfPutRows(file, name, points.size(),
+                      [&](std::size_t i, hvfRowWriter& out) { points[i]->writeRow(out, names); });
 }
 
 bool appendPointOfRow(const hvArray* row, PTRawDataVector& points) {

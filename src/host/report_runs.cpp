@@ -25,6 +25,10 @@ struct DataSet {
     bool empty() const { return !points || points->empty(); }
 };
 
+/// A name that a file can be opened by: a NUL would end it early, and so another file would be
+/// written. A writer could not open the file, and fails as it does then.
+bool isFileName(const std::string& name) { return name.find('\0') == std::string::npos; }
+
 /// The points and record of a value file.
 DataSet fromFile(const std::string& file) {
     DataSet data;
@@ -74,7 +78,8 @@ void compare(const DifferenceReportSettings& settings, DifferenceWriter writer) 
     if (right.empty()) {
         raise<Errors::NoRawTracerDataLoaded>(settings.rhsFile);
     }
-    if (!writer(*ptTracer(), settings.htmlFile, settings.grouping, settings.lhsLabel,
+    if (!isFileName(settings.htmlFile) ||
+        !writer(*ptTracer(), settings.htmlFile, settings.grouping, settings.lhsLabel,
                 settings.rhsLabel, left.points.get(), right.points.get(), &left.systemInfo,
                 &right.systemInfo, settings.metric)) {
         raise<Errors::WriteFileFailed>(settings.htmlFile);
@@ -93,7 +98,8 @@ void writeSingleReport(const SingleReportSettings& settings, SinglePage page) {
     }
     const SingleWriter writer =
         page == SinglePage::Detail ? &ptWriteDetailReport : &ptWriteAggregateReport;
-    if (!writer(*ptTracer(), settings.htmlFile, settings.grouping, settings.grouping,
+    if (!isFileName(settings.htmlFile) ||
+        !writer(*ptTracer(), settings.htmlFile, settings.grouping, settings.grouping,
                 settings.metric, settings.showmeta, data.points.get(), &data.systemInfo)) {
         raise<Errors::WriteFileFailed>(settings.htmlFile);
     }
@@ -105,7 +111,8 @@ void writeKsStartupReport(const SingleReportSettings& settings) {
     if (data.empty()) {
         raise<Errors::NoRawTracerData>();
     }
-    if (!ptWriteDetailReport(*ptTracer(), settings.htmlFile,
+    if (!isFileName(settings.htmlFile) ||
+        !ptWriteDetailReport(*ptTracer(), settings.htmlFile,
                              std::string(pt::kKestruneStartupGrouping),
                              "Kestrune Startup Performance", settings.metric, false,
                              data.points.get(), &data.systemInfo)) {
@@ -140,7 +147,8 @@ void writeDiagnostic(const std::string& htmlFile, const std::string& grouping,
     }
     queryOrviaRoot();
     DataSet data = hvfPassed ? fromFile(hvfFile) : fromMemory(collectSystemInfo());
-    if (!writeDiagnosticReport(*ptTracer(), htmlFile, grouping, data.points.get())) {
+    if (!isFileName(htmlFile) ||
+        !writeDiagnosticReport(*ptTracer(), htmlFile, grouping, data.points.get())) {
         raise<Errors::WriteFileFailed>(htmlFile);
     }
 }

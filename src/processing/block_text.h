@@ -4,9 +4,11 @@
 
 #include <performance_tracer/number_text.h>
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace pt::blocks {
 
@@ -17,8 +19,19 @@ inline constexpr std::string_view kMissing = "-99.99";
 /// Every number of a block is written at this precision.
 inline constexpr std::int32_t kPrecision = 5;
 
+/// A number as the blocks write it. A figure that is not finite (only a damaged or foreign
+/// file holds one) is written as the scripts' own NaN, Infinity or -Infinity, never as the
+/// "nan" or "inf" of the number text, which a script would read as an unknown name.
 template <typename Number>
 std::string text(Number value) {
+    if constexpr (std::is_floating_point_v<Number>) {
+        if (std::isnan(value)) {
+            return "NaN";
+        }
+        if (std::isinf(value)) {
+            return value > 0 ? "Infinity" : "-Infinity";
+        }
+    }
     return ptNumberText(value, kPrecision);
 }
 

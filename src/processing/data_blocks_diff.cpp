@@ -71,7 +71,12 @@ void writeTriple(Record& record, const PTDeviation& deviation) {
 class ProcDiffWriter {
 public:
     explicit ProcDiffWriter(PerformanceTracer& tracer, const std::string& metric)
-        : _tracer(tracer), _metric(metric) {}
+        : _tracer(tracer), _metric(metric) {
+        // A right-only parent carries the right self texts over from the row before; on the
+        // first row there is none, and an empty text would leave a hole in the block.
+        _record.WCSelf.rightText = "0";
+        _record.CPUSelf.rightText = "0";
+    }
 
     std::string record(const PTAlignedPair& pair) {
         const PTOrviaProcessedDataPoint* left = pair.left;

@@ -58,6 +58,22 @@ PTCallTreeNodePtr nodeOf(const PTOrviaProcessedDataPoint& row) {
 
 }  // namespace
 
+PTCallTreeNode::~PTCallTreeNode() {
+    PTCallTreeList pending = std::move(children);
+    while (!pending.empty()) {
+        PTCallTreeNodePtr last = std::move(pending.back());
+        pending.pop_back();
+        // A node no one else holds gives its children up before it goes, so that its
+        // destructor finds none; a node held elsewhere keeps them.
+        if (last && last.use_count() == 1) {
+            for (PTCallTreeNodePtr& child : last->children) {
+                pending.push_back(std::move(child));
+            }
+            last->children.clear();
+        }
+    }
+}
+
 void ptBuildCallTree(const PTProcessedData& data, PTCallTreeList& roots) {
     // The open nodes, innermost at the front.
     std::deque<PTCallTreeNode*> open;
@@ -73,109 +89,236 @@ void ptBuildCallTree(const PTProcessedData& data, PTCallTreeList& roots) {
         } else {
             open.front()->children.push_back(std::move(node));
         }
-        if (row.numChildren >= 1 && open.size() < kCallTreeMaxDepth) {
+        if (row.numChildren >= 1) {
             open.push_front(raw);
         }
     }
 }
 
-std::uint32_t ptCallTreeKey(PTCallTreeNode& node) {
-    if (node.isGap) {
-        return 0;
-    }
-    std::uint32_t key = node.key;
-    std::uint32_t previous = 0;
-    for (const PTCallTreeNodePtr& child : node.children) {
-        const std::uint32_t value = ptCallTreeKey(*child);
+namespace {
+
+/// A node whose key is being extended: its children are taken in turn.
+struct KeyFrame {
+    PTCallTreeNode* node;
+    std::size_t next;
+    std::uint32_t key;
+    std::uint32_t previous;
+
+    /// A child's key counts unless it repeats the child's before it.
+    void add(std::uint32_t value) {
         if (value != previous) {
             key += value;
         }
         previous = value;
     }
-    node.key = key;
-    return key;
+};
+
+}  // namespace
+
+std::uint32_t ptCallTreeKey(PTCallTreeNode& node) {
+    if (node.isGap) {
+        return 0;
+    }
+    std::vector<KeyFrame> stack{{&node, 0, node.key, 0}};
+    for (;;) {
+        KeyFrame& top = stack.back();
+        if (top.next < top.node->children.size()) {
+            PTCallTreeNode& child = *top.node->children[top.next++];
+            if (child.isGap) {
+                top.add(0);
+            } else {
+                stack.push_back({&child, 0, child.key, 0});
+            }
+            continue;
+        }
+        top.node->key = top.key;
+        const std::uint32_t value = top.key;
+        stack.pop_back();
+        if (stack.empty()) {
+            return value;
+        }
+        stack.back().add(value);
+    }
 }
 
+namespace {
+
+/// A list of siblings being folded; each node's own children are folded before the node.
+struct SiblingFrame {
+    PTCallTreeList* list;
+    std::size_t next = 0;
+    bool childrenFolded = false;
+    std::unordered_map<std::uint32_t, PTCallTreeNode*> firstOfKey{};
+    PTCallTreeList kept{};
+};
+
+/// Two nodes whose children are being paired.
+struct ChildrenFrame {
+    PTCallTreeNode* a;
+    PTCallTreeNode* b;
+    std::size_t i = 0;
+    std::size_t j = 0;
+    std::size_t round = 1;
+};
+
+}  // namespace
+
 void ptMergeCallTreeSiblings(PTCallTreeList& list) {
-    std::unordered_map<std::uint32_t, PTCallTreeNode*> firstOfKey;
-    PTCallTreeList kept;
-    kept.reserve(list.size());
-    for (PTCallTreeNodePtr& node : list) {
-        ptMergeCallTreeSiblings(node->children);
-        const auto [entry, isNew] = firstOfKey.try_emplace(node->key, node.get());
+    std::vector<SiblingFrame> stack;
+    stack.push_back({&list});
+    while (!stack.empty()) {
+        SiblingFrame& frame = stack.back();
+        if (frame.next == frame.list->size()) {
+            *frame.list = std::move(frame.kept);
+            stack.pop_back();
+            continue;
+        }
+        PTCallTreeNodePtr& node = (*frame.list)[frame.next];
+        if (!frame.childrenFolded) {
+            frame.childrenFolded = true;
+            if (!node->children.empty()) {
+                PTCallTreeList* children = &node->children;
+                stack.push_back({children});  // frame is not to be used after this
+                continue;
+            }
+        }
+        frame.childrenFolded = false;
+        ++frame.next;
+        const auto [entry, isNew] = frame.firstOfKey.try_emplace(node->key, node.get());
         if (isNew) {
-            kept.push_back(std::move(node));
+            frame.kept.push_back(std::move(node));
             continue;
         }
         PTCallTreeNode& first = *entry->second;
         first.IDs.insert(first.IDs.end(), node->IDs.begin(), node->IDs.end());
         ptMergeCallTreeChildren(first, *node);
     }
-    list = std::move(kept);
 }
 
 void ptMergeCallTreeChildren(PTCallTreeNode& a, PTCallTreeNode& b) {
-    if (a.children.empty() || b.children.empty()) {
-        return;
-    }
-    std::size_t i = 0;
-    std::size_t j = 0;
-    // The round counter is not reset when only one side moves: after a gap is taken over, the
-    // walk of a's children goes on from the round's number.
-    for (std::size_t round = 1; i < a.children.size() && j < b.children.size(); ++round) {
-        PTCallTreeNode& na = *a.children[i];
-        const PTCallTreeNodePtr& nb = b.children[j];
+    std::vector<ChildrenFrame> stack;
+    stack.push_back({&a, &b});
+    while (!stack.empty()) {
+        ChildrenFrame& frame = stack.back();
+        PTCallTreeList& as = frame.a->children;
+        const PTCallTreeList& bs = frame.b->children;
+        if (frame.i >= as.size() || frame.j >= bs.size()) {
+            stack.pop_back();
+            continue;
+        }
+        // The round counter is not reset when only one side moves: after a gap is taken over,
+        // the walk of a's children goes on from the round's number.
+        const std::size_t round = frame.round++;
+        PTCallTreeNode& na = *as[frame.i];
+        const PTCallTreeNodePtr nb = bs[frame.j];
         if (na.key == nb->key) {
             na.IDs.insert(na.IDs.end(), nb->IDs.begin(), nb->IDs.end());
-            if (!na.children.empty()) {
-                ptMergeCallTreeChildren(na, *nb);
+            ++frame.i;
+            ++frame.j;
+            if (!na.children.empty() && !nb->children.empty()) {
+                stack.push_back({&na, nb.get()});  // frame is not to be used after this
             }
-            ++i;
-            ++j;
         } else if (na.isGap) {
-            ++i;
+            ++frame.i;
         } else if (nb->isGap) {
-            a.children.insert(a.children.begin() + static_cast<std::ptrdiff_t>(i), nb);
-            ++j;
-            i = round;
+            as.insert(as.begin() + static_cast<std::ptrdiff_t>(frame.i), nb);
+            ++frame.j;
+            frame.i = round;
         } else {
-            ++j;
+            ++frame.j;
         }
     }
 }
 
-std::string ptHtmlCallTreeNode(const PTCallTreeNode& node, bool setParent, bool isFirst,
-                               pt::report::PTCallTreeNumbering& numbering) {
-    std::int32_t index = 0;
-    if (isFirst) {
-        numbering.nextNodeIndex = 1;
-    } else {
-        index = numbering.nextNodeIndex++;
-    }
-    if (setParent) {
-        numbering.currentParent = index;
-    }
-    std::string text = "createNode(" + std::to_string(index) + "," +
-                       std::to_string(numbering.currentParent) + ", [";
-    for (std::size_t k = 0; k < node.IDs.size(); ++k) {
+namespace {
+
+void appendIds(std::string& text, const std::vector<std::int32_t>& ids) {
+    for (std::size_t k = 0; k < ids.size(); ++k) {
         if (k > 0) {
             text += ", ";
         }
-        text += std::to_string(node.IDs[k]);
+        text += std::to_string(ids[k]);
     }
-    text += "], \n[";
-    if (!node.children.empty()) {
-        const std::int32_t savedParent = numbering.currentParent;
-        numbering.currentParent = index;
-        for (std::size_t k = 0; k < node.children.size(); ++k) {
-            if (k > 0) {
-                text += ",";
-            }
-            text += ptHtmlCallTreeNode(*node.children[k], false, false, numbering);
+}
+
+/// A node being written: the children still to write, the parent to restore after them, and
+/// where its text goes: the statement being written and the depth of the node in it.
+struct WriteFrame {
+    const PTCallTreeNode* node;
+    std::size_t next;
+    std::int32_t savedParent;
+    std::string* out;
+    std::size_t depth;
+    /// The statement of the node's children, where they went to one of their own.
+    std::string* ownStatement;
+};
+
+}  // namespace
+
+std::string ptHtmlCallTreeNode(const PTCallTreeNode& node, bool setParent, bool isFirst,
+                               pt::report::PTCallTreeNumbering& numbering) {
+    std::string text;
+    std::vector<WriteFrame> stack;
+    // In the order they are begun, which puts each after the one that makes its node.
+    std::vector<std::unique_ptr<std::string>> statements;
+    // Writes the opening of a node's call into out; the node's frame takes its children.
+    const auto open = [&](const PTCallTreeNode& at, bool first, bool parentOfItself,
+                          std::string* out, std::size_t depth) {
+        std::int32_t index = 0;
+        if (first) {
+            numbering.nextNodeIndex = 1;
+        } else {
+            index = numbering.nextNodeIndex++;
         }
-        numbering.currentParent = savedParent;
+        if (parentOfItself) {
+            numbering.currentParent = index;
+        }
+        *out += "createNode(" + std::to_string(index) + "," +
+                std::to_string(numbering.currentParent) + ", [";
+        appendIds(*out, at.IDs);
+        *out += "], \n[";
+        WriteFrame frame{&at, 0, numbering.currentParent, out, depth, nullptr};
+        if (!at.children.empty()) {
+            numbering.currentParent = index;
+            if (depth + 1 >= kCallTreeStatementDepth) {
+                // The children would nest too deep: the node is made with none, and a later
+                // statement gives it its children.
+                *out += "])";
+                statements.push_back(std::make_unique<std::string>(
+                    "        nodeArray[" + std::to_string(index) + "].children = ["));
+                frame.ownStatement = statements.back().get();
+                frame.out = frame.ownStatement;
+                frame.depth = 0;
+            }
+        }
+        stack.push_back(frame);
+    };
+    open(node, isFirst, setParent, &text, 0);
+    while (!stack.empty()) {
+        WriteFrame& top = stack.back();
+        if (top.next < top.node->children.size()) {
+            const std::size_t k = top.next++;
+            if (k > 0) {
+                *top.out += ",";
+            }
+            const std::size_t depth = top.ownStatement ? 0 : top.depth + 1;
+            open(*top.node->children[k], false, false, top.out, depth);
+            continue;
+        }
+        if (!top.node->children.empty()) {
+            numbering.currentParent = top.savedParent;
+        }
+        if (top.ownStatement) {
+            *top.ownStatement += "];\n";
+        } else {
+            *top.out += "])";
+        }
+        stack.pop_back();
     }
-    return text + "])";
+    for (const auto& statement : statements) {
+        numbering.laterStatements += *statement;
+    }
+    return text;
 }
 
 namespace pt::report {
@@ -187,7 +330,10 @@ std::string ptHtmlCallTreeData(const PTProcessedData& data) {
         ptCallTreeKey(*root);
     }
     ptMergeCallTreeSiblings(roots);
+    return ptHtmlCallTreeRoots(roots);
+}
 
+std::string ptHtmlCallTreeRoots(const PTCallTreeList& roots) {
     std::string text =
         "        var isIE = navigator.appName.indexOf('Microsoft') != -1;\n"
         "        var CTDataView = {'Index': new Array(), 'Checked': new Array()};\n"
@@ -203,6 +349,8 @@ std::string ptHtmlCallTreeData(const PTProcessedData& data) {
     for (std::size_t i = 0; i < roots.size(); ++i) {
         text += "        callTreeArray[" + std::to_string(i) +
                 "] = " + ptHtmlCallTreeNode(*roots[i], true, i == 0, numbering) + ";\n";
+        text += numbering.laterStatements;
+        numbering.laterStatements.clear();
     }
     return text + "        CTDataView.AllCTChecked = false;\n";
 }

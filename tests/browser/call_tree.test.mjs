@@ -1,10 +1,11 @@
 // The Call Tree tab: folded calls, expanding and collapsing, the filter that opens the tree to
 // its matches, the links in from the Aggregate tab and out to the Details tab, and the totals
-// of ticked rows, in all three metrics.
+// of ticked rows, in all three metrics; filters on one field alone, and trees of any depth.
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
-import { launch, openReport, screenshot, showTab } from './report_browser.mjs';
+import { join } from 'node:path';
+import { launch, openReport, reports, screenshot, showTab } from './report_browser.mjs';
 
 let browser;
 before(async () => { browser = await launch(); });
@@ -175,4 +176,72 @@ test('the memory metrics show their figures per folded row', async () => {
     assert.deepEqual(errors, [], metric);
     await page.close();
   }
+});
+
+test('a filter on Grouping, Model or Target alone lists every node once', async () => {
+  const { page, errors } = await openReport(browser, 'call_tree_time.html', viewport);
+  await showTab(page, 'Call Tree');
+  const nodes = await page.evaluate(() => nodeArray.length);
+  for (const [input, value] of [['CT_groupingname', 'Run'], ['CT_modelname', 'any model'],
+                                ['CT_targetname', 'any target']]) {
+    const view = await page.evaluate(([id, text]) => {
+      for (const field of ['CT_phasename', 'CT_groupingname', 'CT_modelname', 'CT_targetname']) {
+        document.getElementById(field).value = field === id ? text : '';
+      }
+      CT_userInputsAction();
+      return CTDataView.Index;
+    }, [input, value]);
+    // Host-language rows have no model or target, so every row matches: the whole tree opens.
+    assert.equal(new Set(view).size, view.length, `${input}: no node twice`);
+    assert.equal(view.length, nodes, input);
+    assert.equal(await page.textContent('#CT_aggregateTD'), `Aggregate (N = ${nodes})`);
+  }
+  assert.deepEqual(errors, []);
+  await page.close();
+});
+
+test('a chain 2,000 deep stays one tree, and a tree 100,000 deep opens and closes', async () => {
+  const { page, errors } = await openReport(browser, 'deep_chain.html', viewport);
+  await showTab(page, 'Call Tree');
+  assert.deepEqual(await page.evaluate(() => [callTreeArray.length, nodeArray.length]), [1, 2000]);
+  await filter(page, 'odd');
+  const open = await page.evaluate(() => [CTDataView.Index.length,
+    CTDataView.Checked.filter((c) => c == 1).length, CTDataView.Index.every((n, i) => n === i)]);
+  assert.deepEqual(open, [2000, 1000, true]);
+
+  // The library's text of a chain of 100,000 levels, two of them folded into one, in place
+  // of the page's tree: its statements build it whole, and the walks run at any depth.
+  await page.addScriptTag({ path: join(reports, 'deep_tree.js') });
+  const levels = 100000;
+  const built = await page.evaluate(() => {
+    let depth = 0;
+    for (let node = callTreeArray[0]; node; node = node.children[0]) {
+      if (node.Parent !== (depth === 0 ? 0 : node.index - 1) || node.IDs.length !== 2) {
+        return `node ${node.index}`;
+      }
+      depth++;
+    }
+    return depth;
+  });
+  assert.equal(built, levels);
+  await page.evaluate(() => { ctDataViewCreated = false; ShowTable('callTreeSummary'); });
+  assert.equal(await page.evaluate(() => CTDataView.Index.length), 2);
+  await filter(page, 'odd');
+  assert.deepEqual(await page.evaluate(() => [CTDataView.Index.length,
+    CTDataView.Checked.filter((c) => c == 1).length]), [levels, levels / 2]);
+  // Collapsing the root closes the whole chain; opening it shows its child again.
+  const spacer = () => page.evaluate(() => {
+    lastStartIndex['CallTree'] = 0;
+    renderCTDetailTable();
+    toggleCallTreeChildren(0, 0, 0);
+    return CTDataView.Index.length;
+  });
+  assert.equal(await spacer(), 1);
+  assert.equal(await spacer(), 2);
+  // The deepest node's link lists its rows in the Details tab.
+  await filter(page, 'odd');
+  await page.evaluate((deepest) => openDetailTab(deepest), levels - 1);
+  assert.equal(await page.textContent('#aggTD'), 'Aggregate (N = 2)');
+  assert.deepEqual(errors, []);
+  await page.close();
 });

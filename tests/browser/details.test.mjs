@@ -29,6 +29,9 @@ test('Refresh, filters and sorting', async () => {
   const { page, errors } = await openReport(browser, 'detail_time.html', { width: 1280, height: 1600 });
   await showTab(page, 'Details');
   const total = await page.evaluate(() => procData.length - numBlankData);
+  // First shown, the tab lists every row in execution order, as Refresh would.
+  assert.deepEqual(await shownRows(page), [...Array(total).keys()]);
+  assert.equal(await page.textContent('#aggTD'), `Aggregate (N = ${total})`);
 
   // All inputs empty: every row in execution order, none checked.
   await refresh(page);

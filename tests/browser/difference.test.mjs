@@ -1,9 +1,10 @@
 // The comparison pages: phases on one side only show "NA", relative deviations carry their
-// colour class, and a phase of the Aggregate tab opens the Details tab with its rows.
+// colour class, a phase of the Aggregate tab opens the Details tab with its rows, and a first
+// row that only the right side has leaves the page whole.
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
-import { launch, openReport, screenshot } from './report_browser.mjs';
+import { launch, openReport, screenshot, showTab } from './report_browser.mjs';
 
 let browser;
 before(async () => { browser = await launch(); });
@@ -39,3 +40,22 @@ for (const metric of ['time', 'basicmemory']) {
     await page.close();
   });
 }
+
+test('a parent only the right side has, on the first row: every tab works', async () => {
+  // The right run wraps the left one's work in an outer phase.
+  const { page, errors } = await openReport(browser, 'outer_difference_time.html', { width: 1600, height: 1600 });
+  const first = await page.evaluate(() => {
+    const r = procData[0];
+    return [r.isParent, Phase[r.Phase], r.LHS_WCSelf, r.RHS_WCSelf, r.RHS_CPUSelf];
+  });
+  assert.deepEqual(first, [1, 'session', -99.99, 0, 0]);
+  assert.ok((await page.$$('#aggregateSummaryTable td[id$="col0"]')).length > 0);
+  await showTab(page, 'Details');
+  const rows = await page.evaluate(() => procData.length - numBlankData);
+  assert.equal(await page.textContent('#aggTD'), `Aggregate (N = ${rows})`);
+  assert.equal(await page.textContent('#row0col1'), 'NA');
+  await showTab(page, 'System Info');
+  await showTab(page, 'Aggregate');
+  assert.deepEqual(errors, []);
+  await page.close();
+});

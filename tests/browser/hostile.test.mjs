@@ -1,5 +1,7 @@
-// Names, labels, titles and system information with quotes, angle brackets, ampersands and
-// backslashes show as text: they neither break a page's scripts nor run as markup.
+// Names, labels, titles and system information with quotes, angle brackets, ampersands,
+// backslashes and line breaks show as text: they neither break a page's scripts nor run as
+// markup. Names that are patterns are matched as text, and a filter that is no pattern
+// matches nothing.
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
@@ -58,6 +60,70 @@ test('a Difference page with hostile labels', async () => {
   assert.equal(await page.textContent('#totalChecked'), '1');
   await screenshot(page, 'hostile_difference_Details');
   assert.equal(await page.evaluate(() => window.pwned), undefined);
+  assert.deepEqual(errors, []);
+  await page.close();
+});
+
+test('names, labels and system information with a carriage return, U+2028 or U+2029', async () => {
+  const names = ['first\rline', 'para\u2029graph', 'line\u2028separator'];
+  const detail = await openReport(browser, 'line_breaks_detail.html', { width: 1600, height: 1600 });
+  assert.deepEqual(await detail.page.evaluate(() => Phase.slice(0, 3)), names);
+  assert.deepEqual(await detail.page.evaluate(() => [Model[0], Chart[0]]), ['model\r2', 'chart\rone']);
+  // Markup reads a carriage return as a line feed; the rest stays as it is.
+  const shown = await detail.page.$$eval('#aggregateSummaryTable td[id$="col0"]', (cells) => cells.map((c) => c.textContent));
+  assert.deepEqual(shown.sort(), [names[2], names[1]].sort());
+  for (const tab of ['Call Tree', 'Details', 'MemChart', 'System Info']) {
+    await showTab(detail.page, tab);
+  }
+  assert.ok((await detail.page.textContent('#systemInfoTableDiv')).includes('processorStr\n\u2028\u2029end'));
+  assert.deepEqual(detail.errors, []);
+  await detail.page.close();
+
+  const difference = await openReport(browser, 'line_breaks_difference.html', { width: 1600, height: 1600 });
+  assert.deepEqual(await difference.page.evaluate(() => [lhsLabel.startsWith('Left\rside'), rhsLabel]),
+                   [true, 'Right\rside']);
+  await showTab(difference.page, 'Details');
+  assert.deepEqual(difference.errors, []);
+  await difference.page.close();
+
+  // The name arrays carry whole name tables: a later page of the same process holds the names.
+  const later = await openReport(browser, 'detail_time.html');
+  assert.deepEqual(await later.page.evaluate(() => Phase.slice(0, 3)), names);
+  assert.deepEqual(later.errors, []);
+  await later.page.close();
+});
+
+test('names that are patterns match as text; a filter that is no pattern matches nothing', async () => {
+  const { page, errors } = await openReport(browser, 'patterns.html', { width: 1600, height: 1600 });
+  const linkOf = (name) => page.evaluate((text) =>
+    `#aggregateSummaryTable a[onclick="openCallTreeTab(Phase[${Phase.indexOf(text)}]); return false;"]`, name);
+  // "(a+)+b" beside a long run of 'a': the link finds that phase alone, at once.
+  await page.click(await linkOf('(a+)+b'));
+  await page.waitForFunction(() => activeTab === 'callTreeSummary', null, { timeout: 10000 });
+  const ticked = () => page.evaluate(() => CTDataView.Index.filter((n, i) => CTDataView.Checked[i] == 1)
+    .map((n) => Phase[procData[nodeArray[n].IDs[0]].Phase]));
+  assert.deepEqual(await ticked(), ['(a+)+b']);
+  // A name of a megabyte: too large a pattern, but as text it finds itself.
+  await showTab(page, 'Aggregate');
+  await page.click(await linkOf('a'.repeat(1 << 20)));
+  await page.waitForFunction(() => activeTab === 'callTreeSummary');
+  assert.deepEqual((await ticked()).map((name) => name.length), [1 << 20]);
+
+  // The user's own filters: not valid, or too large to run, they match nothing.
+  for (const pattern of ['[unclosed', 'a'.repeat(1 << 20)]) {
+    await page.evaluate((text) => {
+      document.getElementById('CT_phasename').value = text;
+      CT_userInputsAction();
+    }, pattern);
+    assert.equal(await page.textContent('#CT_aggregateTD'), 'Aggregate (N = 0)');
+    await showTab(page, 'Details');
+    await page.evaluate((text) => {
+      document.getElementById('phasename').value = text;
+      userInputsAction();
+    }, pattern);
+    assert.equal(await page.textContent('#aggTD'), 'Aggregate (N = 0)');
+    await showTab(page, 'Call Tree');
+  }
   assert.deepEqual(errors, []);
   await page.close();
 });

@@ -1,5 +1,5 @@
-// A report of 50,000 rows: the window holds 32 rows at most, and scrolling the strip re-fills
-// them without making rows. The times of the first render and of a re-fill are written to
+// A report of 50,000 rows: the window holds 32 rows at most, scrolling the strip re-fills them
+// without making rows, and the Details tab sorts them all. The times of the first render and of a re-fill are written to
 // timings.json beside the reports.
 
 import { test, before, after } from 'node:test';
@@ -53,6 +53,35 @@ test('50,000 rows: opening, and scrolling the Details strip', async () => {
   // The end of the view.
   await page.$eval('#phaseSummaryScrollTableDiv', (strip) => { strip.scrollTop = strip.scrollHeight; });
   await page.waitForFunction(() => document.getElementById('execTD31').textContent === '49999');
+
+  // A strip taller than the browser lays out scales its rows down, and still reaches them.
+  const scaled = await page.evaluate(() => {
+    MAXSTRIPHEIGHT = 100000;
+    generateFakeDivContents('Detail');
+    const strip = document.getElementById('phaseSummaryScrollTableDiv');
+    return [strip.scrollHeight, stripScale['Detail'] < 1];
+  });
+  assert.deepEqual(scaled, [100000, true]);
+  await page.$eval('#phaseSummaryScrollTableDiv', (strip) => { strip.scrollTop = strip.scrollHeight / 2; });
+  await page.waitForFunction(() => {
+    const first = Number(document.getElementById('execTD0').textContent);
+    return first > 20000 && first < 30000;
+  });
+  await page.$eval('#phaseSummaryScrollTableDiv', (strip) => { strip.scrollTop = strip.scrollHeight; });
+  await page.waitForFunction(() => document.getElementById('execTD31').textContent === '49999');
+
+  // Rank 1 on self time: eight distinct figures, the commonest on thousands of rows. The rows
+  // come by descending figure, equal ones in execution order.
+  const sortStart = Date.now();
+  await page.click('a[href="javascript:showInputTable(\'SortData\')"]');
+  await page.fill('#Sort_self', '1');
+  await page.click('#userInputs input[value="Refresh"]');
+  timings.detailSortSelfMs = Date.now() - sortStart;
+  assert.equal(await page.textContent('#aggTD'), 'Aggregate (N = 50000)');
+  const order = await page.evaluate(() => dataView.Index.every((row, i) => i === 0 ||
+    procData[dataView.Index[i - 1]].WCSelf > procData[row].WCSelf ||
+    (procData[dataView.Index[i - 1]].WCSelf === procData[row].WCSelf && dataView.Index[i - 1] < row)));
+  assert.equal(order, true);
   assert.deepEqual(errors, []);
   await page.close();
 });

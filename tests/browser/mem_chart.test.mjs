@@ -1,6 +1,7 @@
 // The MemChart tab of Detail pages: columns drawn in the category colours, the window redrawn
-// on scroll, popups opened, reused, dragged and kept across tab switches, the zoom of 64-bit
-// address spaces, all-zero figures, and the 50,000-row page's timings.
+// on scroll, popups opened, reused, dragged, kept across tab switches and kept inside the
+// window, the zoom of 64-bit address spaces, all-zero figures, and the 50,000-row page's
+// timings.
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
@@ -29,6 +30,11 @@ test('columns in the category colours, and the window redrawn on scroll', async 
   const { page, errors } = await openChart('detail_detailedmemory.html');
   await showTab(page, 'MemChart');
   assert.equal(await page.isVisible('#scrollcanvas'), true);
+  // The scroll bar's range is the fake canvas's width: it stands at the left of its div.
+  assert.deepEqual(await page.evaluate(() => {
+    const canvas = document.getElementById('fakecanvas');
+    return [canvas.width > 1000, document.getElementById('fakecanvasdiv').scrollWidth === canvas.width];
+  }), [true, true]);
   // Bottom to top: non-process, Dlls, committed, reserved, free.
   const bottom = await page.evaluate(() => x_scroll.height - 8);
   const middle = await page.evaluate(() => Math.round((leftX[1] + rightX[1]) / 2));
@@ -144,6 +150,27 @@ test('a popup stays bound to its column while the chart scrolls', async () => {
   assert.deepEqual(visible, [`outlineDiv${row - shift}`]);
   const close = await page.getAttribute('#popupClose100', 'onclick');
   assert.equal(close, `clearDiv('100', ${row}, ${row - shift})`);
+  assert.deepEqual(errors, []);
+  await page.close();
+});
+
+test('a popup wider than the window keeps its close box in it', async () => {
+  const { page, errors } = await openChart('wide_detailedmemory.html', null, { width: 1000, height: 1000 });
+  await showTab(page, 'MemChart');
+  // The long name's column, clicked low in a window that ends just below the click.
+  const point = await columnPoint(page, 1, 0.1);
+  await page.setViewportSize({ width: 1000, height: Math.round(point.y) + 30 });
+  await page.mouse.click(point.x, point.y);
+  const [box, close, view] = await page.evaluate(() => [
+    document.querySelector('#popupDiv100 table').getBoundingClientRect().toJSON(),
+    document.getElementById('popupClose100').getBoundingClientRect().toJSON(),
+    [document.documentElement.clientWidth, document.documentElement.clientHeight]]);
+  assert.ok(box.width > view[0], 'the popup is wider than the window');
+  assert.ok(box.right <= view[0] && box.top >= 0 && box.bottom <= view[1], JSON.stringify(box));
+  assert.ok(close.left >= 0 && close.right <= view[0] && close.top >= 0 && close.bottom <= view[1]);
+  await screenshot(page, 'wide_detailedmemory_MemChart_popup');
+  await page.mouse.click(close.left + close.width / 2, close.top + close.height / 2);
+  assert.equal(await page.evaluate(() => availablePopupIndices.length), 100);
   assert.deepEqual(errors, []);
   await page.close();
 });

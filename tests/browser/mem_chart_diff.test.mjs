@@ -1,7 +1,8 @@
 // The MemChart tab of Difference pages: three graphs in the category colours, shaded columns
-// where a phase is missing on one side, the deviation around its midline, popups with both
-// sides' figures, ribbons collapsed and expanded through the arrows, one side's zoom, equal
-// runs, the end of the scroll, and the 50,000-row page's timings.
+// (and deviations) where a phase is missing on one side, the deviation around its midline,
+// popups with both sides' figures, kept inside the window, ribbons collapsed and expanded
+// through the arrows, one side's zoom, equal runs, the end of the scroll, and the 50,000-row
+// page's timings.
 
 import { test, before, after } from 'node:test';
 import assert from 'node:assert/strict';
@@ -71,6 +72,20 @@ test('graphs in the category colours, shaded where a side lacks the phase, devia
     assert.equal(await pixel(page, shadedGraph, x, 3), '#62C42D');
     assert.equal(await pixel(page, plainGraph, x, await bottom(plainGraph)), '#666666');
     assert.equal(await pixel(page, plainGraph, x, 3), '#7AEE3C');
+    // The deviation of the column is drawn in the shaded colours, as its popup reads NA.
+    const deviationColours = await page.evaluate((px) => {
+      const canvas = document.getElementById('absDevCanvasDiff');
+      const data = canvas.getContext('2d').getImageData(px, 0, 1, canvas.height).data;
+      const seen = new Set();
+      for (let i = 0; i < data.length; i += 4) {
+        if (data[i + 3] === 0) continue;
+        seen.add('#' + [data[i], data[i + 1], data[i + 2]].map((v) => v.toString(16).padStart(2, '0')).join('').toUpperCase());
+      }
+      return [...seen].filter((c) => c !== '#FFFFFF' && c !== '#000000');
+    }, x);
+    const shaded = ['#62C42D', '#D1A1A1', '#A60327', '#C97F00', '#4D4D4D'];
+    assert.ok(deviationColours.length > 0 && deviationColours.every((c) => shaded.includes(c)),
+              deviationColours.join(' '));
     // The missing side repeats its previous column.
     const same = await page.evaluate(([c, g]) => {
       const side = g.startsWith('dataSet1') ? 'LHS' : 'RHS';
@@ -192,6 +207,25 @@ test('popups: both sides with their deviations, NA for a missing side, kept acro
   const outside = await page.evaluate(() => [...document.querySelectorAll('div[id^="outlineDiv"]')]
     .filter((d) => d.style.display === 'block' && parseFloat(d.style.left) > bandLeft + widthLimit).map((d) => d.id));
   assert.deepEqual(outside, []);
+  assert.deepEqual(errors, []);
+  await page.close();
+});
+
+test('a popup wider than the window keeps its close box in it', async () => {
+  const { page, errors } = await openDiff('wide_difference_detailedmemory.html', null, { width: 1000, height: 1000 });
+  const column = await page.evaluate(() => visiblePhaseNames.findIndex((name) => name.length > 300));
+  const point = await columnPoint(page, 'dataSet2', column);
+  await page.setViewportSize({ width: 1000, height: Math.round(point.y) + 30 });
+  await page.mouse.click(point.x, point.y);
+  const [box, close, view] = await page.evaluate(() => [
+    document.querySelector('#popupDiv100 table').getBoundingClientRect().toJSON(),
+    document.getElementById('popupClose100').getBoundingClientRect().toJSON(),
+    [document.documentElement.clientWidth, document.documentElement.clientHeight]]);
+  assert.ok(box.width > view[0], 'the popup is wider than the window');
+  assert.ok(box.right <= view[0] && box.top >= 0 && box.bottom <= view[1], JSON.stringify(box));
+  assert.ok(close.left >= 0 && close.right <= view[0] && close.top >= 0 && close.bottom <= view[1]);
+  await page.mouse.click(close.left + close.width / 2, close.top + close.height / 2);
+  assert.deepEqual(await openPopups(page), []);
   assert.deepEqual(errors, []);
   await page.close();
 });

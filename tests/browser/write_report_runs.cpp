@@ -3,6 +3,11 @@
 // samples none, so live data cannot show the memory pages.
 //
 //     pt_write_report_runs FOLDER
+//     pt_write_report_runs --scale PARENTS FOLDER
+//
+// The second form writes only scale_base.hvf and scale_new.hvf, two runs of the shape of
+// large.hvf with PARENTS parents of nine children each (ten rows and twenty points a parent),
+// which differ in their times and memory, for the page benchmark.
 //
 // memory_base.hvf, memory_new.hvf   two runs of one workload that differ in times, in memory
 //                                   and in one phase each has that the other lacks
@@ -12,6 +17,18 @@
 // memory_wide.hvf                   a 64-bit address space and a very long phase name
 // call_tree.hvf                     a tree with a loop of equal calls, equal siblings that
 //                                   differ below, a gap, a phase deep down, _self and _post
+// memory_outer.hvf                  memory_base.hvf inside an outer phase: compared with it,
+//                                   the first row is a parent that only the right side has
+// non_finite.hvf                    memory_base.hvf with figures that are not numbers or are
+//                                   infinite, as a damaged or foreign file may hold them
+// line_breaks.hvf                   names and system information with a carriage return,
+//                                   U+2028 and U+2029
+// patterns.hvf                      names that are patterns: one that backtracks for ever
+//                                   beside a long run of 'a', and one of a megabyte
+// deep_chain.hvf                    phases nested 2,000 deep, deeper than a statement of the
+//                                   page's call tree holds
+// deep_tree.js                      the call tree text of a chain of 100,000 levels, as a
+//                                   Detail page writes it, over the rows of deep_chain.hvf
 
 #include <performance_tracer/groupings.h>
 #include <performance_tracer/logging.h>
@@ -24,11 +41,15 @@
 #include <boost/make_shared.hpp>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <limits>
 #include <string>
 
 #include "host/persistence.h"
+#include "report/call_tree.h"
 
 namespace {
 
@@ -84,9 +105,7 @@ void save(const std::filesystem::path& file, const hvArray* systemInfo = nullptr
 
 /// A session of the three tools; the second variant runs longer, uses more memory, and has
 /// "link model" where the first has "load model".
-void writeMemoryRun(const std::filesystem::path& file, int variant) {
-    ptClearRawData();
-    ptEnableGlobalLogging(true);
+void logMemorySession(int variant) {
     Log::orvia("scripts/setup_plant.m", true);
     Log::orvia("evaluate parameters", true);
     Log::orvia("evaluate parameters", false);
@@ -107,8 +126,46 @@ void writeMemoryRun(const std::filesystem::path& file, int variant) {
         Log::kestrune("transmission", "outputs", false);
     }
     Log::kestrune("transmission", "simulate", false);
+}
+
+void writeMemoryRun(const std::filesystem::path& file, int variant) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    logMemorySession(variant);
     ptEnableGlobalLogging(false);
     stampPoints(variant == 0 ? 1.0 : 1.5);
+    save(file);
+}
+
+/// The first session inside an outer phase, as a new version that wraps the work in one.
+void writeOuterRun(const std::filesystem::path& file) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    Log::orvia("session", true);
+    logMemorySession(0);
+    Log::orvia("session", false);
+    ptEnableGlobalLogging(false);
+    stampPoints(1.0);
+    save(file);
+}
+
+/// The first session with a time that is not a number, an infinite one, and memory figures
+/// that are not finite.
+void writeNonFiniteRun(const std::filesystem::path& file) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    logMemorySession(0);
+    ptEnableGlobalLogging(false);
+    stampPoints(1.0);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    const PTRawDataVector& points = *ptTracer()->_rawData;
+    points[2]->_wcTime = nan;  // the end of "evaluate parameters"
+    points[4]->_cpuTime = inf;
+    points[6]->_basicMem = boost::make_shared<pt::BasicMemStats>(nan, inf, -inf);
+    // A row keeps a detailed record only where its figures add up to more than 0.
+    points[8]->_detailedMem =
+        boost::make_shared<pt::DetailedMemStats>(inf, 64 * kMiB, 200 * kMiB, 40 * kMiB, 300 * kMiB);
     save(file);
 }
 
@@ -139,11 +196,11 @@ void writeWideMemoryRun(const std::filesystem::path& file) {
     save(file);
 }
 
-/// 50,000 phases: 5,000 parents of nine children each, under a few hundred names.
-void writeLargeRun(const std::filesystem::path& file) {
+/// Ten phases a parent: parents of nine children each, under a few hundred names.
+void writeLargeRun(const std::filesystem::path& file, int parents = 5000, double scale = 1.0) {
     ptClearRawData();
     ptEnableGlobalLogging(true);
-    for (int parent = 0; parent < 5000; ++parent) {
+    for (int parent = 0; parent < parents; ++parent) {
         const std::string name = "step " + std::to_string(parent % 200);
         Log::orvia(name, true);
         for (int child = 0; child < 9; ++child) {
@@ -159,7 +216,7 @@ void writeLargeRun(const std::filesystem::path& file) {
         Log::orvia(name, false);
     }
     ptEnableGlobalLogging(false);
-    stampPoints(1.0);
+    stampPoints(scale);
     save(file);
 }
 
@@ -197,6 +254,90 @@ void writeHostileRun(const std::filesystem::path& file) {
                            hvCreateString("<i>" + std::string(fields[f]) + "</i> & \"more\""));
     }
     save(file, info.get());
+}
+
+/// Line breaks other than the line feed in every kind of name and in the system information.
+void writeLineBreakRun(const std::filesystem::path& file) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    Log::orvia("first\rline", true);
+    Log::kestrune("model\r2", "para\u2029graph", true);
+    Log::kestrune("model\r2", "para\u2029graph", false);
+    Log::ylvane("chart\u2028model", "chart\rone", "line\u2028separator", true);
+    Log::ylvane("chart\u2028model", "chart\rone", "line\u2028separator", false);
+    Log::orvia("first\rline", false);
+    ptEnableGlobalLogging(false);
+    stampPoints(1.0);
+    const char* fields[] = {"processorStr",     "cpuSpeedStr",         "numCoresStr",
+                            "totalPhysMemStr",  "operatingSystemStr",  "OrviaVersionStr",
+                            "javaVMVersionStr", "installedProductsStr"};
+    const hvUniqueArray info(hvCreateStructMatrix(1, 1, 8, fields));
+    for (int f = 0; f < 8; ++f) {
+        hvSetFieldByNumber(info.get(), 0, f,
+                           hvCreateString(std::string(fields[f]) + "\r\u2028\u2029end"));
+    }
+    save(file, info.get());
+}
+
+/// Phase names that are patterns: "(a+)+b" takes for ever to fail on the long run of 'a' that
+/// stands beside it, and a name of a megabyte is too large a pattern to run.
+void writePatternRun(const std::filesystem::path& file) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    Log::orvia("patterns", true);
+    for (const std::string& name : {std::string("(a+)+b"), std::string(40, 'a') + "c",
+                                    std::string(1 << 20, 'a'), std::string("[unclosed")}) {
+        Log::orvia(name, true);
+        Log::orvia(name, false);
+    }
+    Log::orvia("patterns", false);
+    ptEnableGlobalLogging(false);
+    stampPoints(1.0);
+    save(file);
+}
+
+constexpr int kDeepChainLevels = 2000;
+
+/// Phases nested kDeepChainLevels deep, "even" and "odd" in turn, under one root.
+void writeDeepChainRun(const std::filesystem::path& file) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    for (int level = 0; level < kDeepChainLevels; ++level) {
+        Log::orvia(level % 2 == 0 ? "even" : "odd", true);
+    }
+    for (int level = kDeepChainLevels - 1; level >= 0; --level) {
+        Log::orvia(level % 2 == 0 ? "even" : "odd", false);
+    }
+    ptEnableGlobalLogging(false);
+    stampPoints(1.0);
+    save(file);
+}
+
+/// The call tree text of a chain of 100,000 levels whose nodes stand for the rows of the deep
+/// chain's page in turn, keyed, folded with a copy of itself and written as a Detail page
+/// writes its tree: the page's scripts can take it in place of their own.
+void writeDeepTree(const std::filesystem::path& file) {
+    constexpr int kLevels = 100000;
+    const auto chain = [] {
+        auto root = std::make_shared<PTCallTreeNode>();
+        root->IDs = {0};
+        root->key = 1;
+        PTCallTreeNode* at = root.get();
+        for (int level = 1; level < kLevels; ++level) {
+            auto child = std::make_shared<PTCallTreeNode>();
+            child->IDs = {level % kDeepChainLevels};
+            child->key = 1 + static_cast<std::uint32_t>(level % 2);
+            at->children.push_back(child);
+            at = child.get();
+        }
+        return root;
+    };
+    PTCallTreeList roots = {chain(), chain()};
+    for (const auto& root : roots) {
+        ptCallTreeKey(*root);
+    }
+    ptMergeCallTreeSiblings(roots);
+    std::ofstream(file) << pt::report::ptHtmlCallTreeRoots(roots);
 }
 
 /// Folding and filtering material for the call tree: "step" (with "solve" inside) ten times in
@@ -243,14 +384,24 @@ void writeCallTreeRun(const std::filesystem::path& file) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: pt_write_report_runs FOLDER\n");
+    const bool scaleRuns = argc == 4 && std::string(argv[1]) == "--scale";
+    if (argc != 2 && !scaleRuns) {
+        std::fprintf(stderr, "usage: pt_write_report_runs [--scale PARENTS] FOLDER\n");
         return 2;
     }
-    const std::filesystem::path folder = argv[1];
+    const std::filesystem::path folder = argv[argc - 1];
     std::filesystem::create_directories(folder);
     // Groupings that were never added log their points with no grouping at all.
     ptAddGrouping("Run");
+    if (scaleRuns) {
+        const int parents = std::atoi(argv[2]);
+        writeLargeRun(folder / "scale_base.hvf", parents, 1.0);
+        // Below 1.4 no step of the clock passes the gap threshold, so both runs have the same rows
+        // and align without a table.
+        writeLargeRun(folder / "scale_new.hvf", parents, 1.25);
+        ptClearRawData();
+        return 0;
+    }
     ptAddGrouping("Run \"quoted\" <group>");
     writeMemoryRun(folder / "memory_base.hvf", 0);
     writeMemoryRun(folder / "memory_new.hvf", 1);
@@ -258,6 +409,12 @@ int main(int argc, char** argv) {
     writeHostileRun(folder / "hostile.hvf");
     writeCallTreeRun(folder / "call_tree.hvf");
     writeWideMemoryRun(folder / "memory_wide.hvf");
+    writeOuterRun(folder / "memory_outer.hvf");
+    writeNonFiniteRun(folder / "non_finite.hvf");
+    writeLineBreakRun(folder / "line_breaks.hvf");
+    writePatternRun(folder / "patterns.hvf");
+    writeDeepChainRun(folder / "deep_chain.hvf");
+    writeDeepTree(folder / "deep_tree.js");
     ptClearRawData();
     return 0;
 }

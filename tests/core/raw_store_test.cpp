@@ -1,5 +1,7 @@
 #include "tracer_test_support.h"
 
+#include <pt_platform/hv.h>
+
 #include <boost/make_shared.hpp>
 
 namespace {
@@ -169,6 +171,40 @@ TEST_F(RawStore, SnapshotIsADeepCopy) {
     EXPECT_EQ(tracer().snapshotRawData(), nullptr);
     EXPECT_EQ(tracer().rawDataForGrouping("G1"), nullptr);
     tracer()._rawData = std::move(store);
+}
+
+TEST_F(RawStore, SnapshotCopiesByPointType) {
+    // Rows of an unknown version keep the start values: a block-diagram row gives a point of
+    // the wider class with point type 0, a state-chart row one with point type 1.
+    const auto rowOfVersion = [](std::size_t cells) {
+        hvUniqueArray row(hvCreateCellMatrix(1, cells));
+        hvSetCell(row.get(), 0, hvCreateString("2"));
+        return row;
+    };
+    raw().push_back(boost::make_shared<PTKestruneDataPoint>(rowOfVersion(18).get()));
+    raw().push_back(boost::make_shared<PTYlvaneDataPoint>(rowOfVersion(20).get()));
+    // Types that the class cannot hold, as only a malformed file gives: each keeps its class.
+    raw().push_back(boost::make_shared<PTKestruneDataPoint>());
+    raw()[2]->_pointType = 2;
+    raw().push_back(boost::make_shared<PTOrviaDataPoint>());
+    raw()[3]->_pointType = 7;
+
+    const struct {
+        const std::type_info& type;
+        std::size_t rowCells;
+    } expected[] = {{typeid(PTOrviaDataPoint), 16},
+                    {typeid(PTKestruneDataPoint), 18},
+                    {typeid(PTKestruneDataPoint), 18},
+                    {typeid(PTOrviaDataPoint), 16}};
+    const auto snapshot = tracer().snapshotRawData();
+    ASSERT_EQ(snapshot->size(), std::size(expected));
+    for (std::size_t i = 0; i < snapshot->size(); ++i) {
+        const PTOrviaDataPoint& copy = *(*snapshot)[i];
+        EXPECT_EQ(typeid(copy), expected[i].type) << i;
+        EXPECT_EQ(copy._pointType, raw()[i]->_pointType) << i;
+        EXPECT_EQ(hvGetNumberOfElements(hvUniqueArray(copy.toRow()).get()), expected[i].rowCells)
+            << i;
+    }
 }
 
 TEST_F(RawStore, GroupingSelectionSharesPoints) {

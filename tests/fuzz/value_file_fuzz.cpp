@@ -121,35 +121,48 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     // Every variable that an opened file holds can be made, and made again.
     PTRawDataVector whole;
-    if (hvFile* file = hvfOpen(path.c_str(), "r")) {
+    SystemInfoRecord wholeRecord;
+    const bool opened = [&] {
+        hvFile* file = hvfOpen(path.c_str(), "r");
+        if (!file) {
+            return false;
+        }
         for (const char* name :
              {performance_tracer::kRawDataVariable, performance_tracer::kSystemInfoVariable,
               performance_tracer::kRootVariable, "absent"}) {
             hvUniqueArray value(hvfGetVariable(file, name));
-            const bool present = hvfForEachCell(file, name, [](const hvArray*) { return true; });
-            if (!value != !present) {
-                std::abort();
-            }
             if (value && !hvIsEqual(value.get(), hvUniqueArray(hvfGetVariable(file, name)).get())) {
                 std::abort();
             }
             if (name == performance_tracer::kRawDataVariable) {
                 performance_tracer::readRawDataCells(value.get(), whole);
+            } else if (name == performance_tracer::kSystemInfoVariable) {
+                performance_tracer::readSystemInfoStruct(value.get(), wholeRecord);
             }
         }
         hvfClose(file);
-    }
+        return true;
+    }();
 
-    // A load reads the rows one at a time, and must read what the whole variable holds.
+    // A load reads the file in one pass, straight into points: it must take the files that
+    // hvfOpen takes, and read what the whole variables hold.
     PTRawDataVector points;
     SystemInfoRecord record;
     std::string root;
+    bool loaded = true;
     try {
         performance_tracer::loadSavedData(path, points, record, root);
     } catch (const std::exception&) {
-        return 0;  // a file that does not open is refused with a catalogue error
+        loaded = false;  // a file that does not open is refused with a catalogue error
     }
-    if (!samePoints(points, whole)) {
+    if (loaded != opened) {
+        std::abort();
+    }
+    if (!loaded) {
+        return 0;
+    }
+    if (!samePoints(points, whole) || record.processorStr != wholeRecord.processorStr ||
+        record.installedProductsStr != wholeRecord.installedProductsStr) {
         std::abort();
     }
 

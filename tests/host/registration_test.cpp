@@ -103,40 +103,5 @@ TEST(EntryPoints, TerminatingFirstDoesNothingVisible) {
     EXPECT_EQ(vos::visibleMethods("PerfTools.Tracer").size(), 25u);  // added once
 }
 
-TEST(Messages, EveryIdHasATextWithItsPlaceholders) {
-    const struct {
-        const char* id;
-        std::size_t arguments;
-    } ids[] = {
-#define PT_MESSAGE_ROW(name, count) {#name, count},
-        PT_MESSAGE_IDS(PT_MESSAGE_ROW)
-#undef PT_MESSAGE_ROW
-    };
-    EXPECT_EQ(resource_core::catalogueIds(performance_tracer::kMessageGroup).size(),
-              std::size(ids));
-    for (const auto& entry : ids) {
-        const char* text =
-            resource_core::catalogueText(performance_tracer::kMessageGroup, entry.id);
-        ASSERT_NE(text, nullptr) << entry.id;
-        performance_tracer::MessageId message(entry.id, entry.arguments);
-        for (std::size_t i = 0; i < entry.arguments; ++i) {
-            message.setArgument(i, std::string("ARG") + std::to_string(i + 1));
-            EXPECT_NE(std::string(text).find("{" + std::to_string(i + 1) + "}"), std::string::npos)
-                << entry.id;
-        }
-        const std::string filled = resource_core::formatMessage(message);
-        EXPECT_EQ(filled.find('{'), std::string::npos) << entry.id << ": " << filled;
-        for (std::size_t i = 0; i < entry.arguments; ++i) {
-            EXPECT_NE(filled.find("ARG" + std::to_string(i + 1)), std::string::npos) << entry.id;
-        }
-    }
-    try {
-        performance_tracer::raise<performance_tracer::Errors::MaxParamsExceeded>(std::string("2"));
-    } catch (const performance_tracer::Error<performance_tracer::Errors::MaxParamsExceeded>& e) {
-        EXPECT_EQ(e.getErrorID(), "performance_tracer:PerformanceTracer:MaxParamsExceeded");
-        EXPECT_STREQ(e.what(), "Too many input arguments were given; at most 2 are accepted.");
-    }
-}
-
 }  // namespace
 }  // namespace pt::testing

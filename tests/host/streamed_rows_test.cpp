@@ -1,6 +1,7 @@
-// A save writes the points' rows one at a time and a load reads them one at a time. Both must
-// give exactly what the whole-variable forms give: rawDataToCells put with hvfPutVariable, and
-// readRawDataCells of hvfGetVariable.
+// A save writes the points' rows straight from the points, and a load reads them straight into
+// points, without making a host value for each cell. Both must give exactly what the forms
+// through host values give: rawDataToCells put with hvfPutVariable, and readRawDataCells of
+// hvfGetVariable.
 
 #include <pt_platform/hvf.h>
 #include <pt_platform/hvx.h>
@@ -10,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <limits>
 #include <random>
 
 #include <unistd.h>
@@ -69,18 +71,36 @@ protected:
 
     /// A cell of a random class, sometimes one a row expects there.
     static hvArray* randomCell(std::mt19937& rng) {
-        switch (rng() % 7) {
+        const char* texts[] = {"1", "2", "name 1", "name 2", "caf\xC3\xA9", "\xFF", ""};
+        switch (rng() % 11) {
             case 0: return hvCreateDoubleScalar(static_cast<double>(rng() % 1000) / 7);
-            case 1: return hvCreateString(rng() % 2 ? "1" : "name " + std::to_string(rng() % 5));
+            case 1: return hvCreateString(texts[rng() % std::size(texts)]);
             case 2: return hvCreateLogicalScalar(rng() % 2);
             case 3: {
-                const std::size_t dims[] = {1, 1};
-                hvArray* number = hvCreateNumericArray(2, dims, hvClassID::Int32);
-                *static_cast<std::int32_t*>(hvGetData(number)) = static_cast<int>(rng() % 4);
+                const hvClassID classes[] = {hvClassID::Int32, hvClassID::UInt8, hvClassID::Int64,
+                                             hvClassID::Int16};
+                const std::size_t dims[] = {1, 1 + rng() % 2};
+                hvArray* number = hvCreateNumericArray(2, dims, classes[rng() % 4]);
+                *static_cast<std::uint8_t*>(hvGetData(number)) = static_cast<std::uint8_t>(rng());
                 return number;
             }
             case 4: return hvCreateCellMatrix(1, rng() % 3);
             case 5: return hvCreateDoubleMatrix(rng() % 3, 2);
+            case 6: {  // text as a column, or as a matrix, which is no character vector
+                const std::size_t dims[] = {rng() % 3 + 1, rng() % 2 + 1};
+                hvArray* chars = hvCreateCharArray(2, dims);
+                std::fill_n(hvGetChars(chars), hvGetNumberOfElements(chars), u'1');
+                return chars;
+            }
+            case 7: {
+                const std::size_t dims[] = {1, rng() % 3};
+                return hvCreateLogicalArray(2, dims);
+            }
+            case 8: return hvCreateString("\xE2\x82\xAC" + std::to_string(rng() % 3));
+            case 9: {
+                const char* names[] = {"f"};
+                return hvCreateStructMatrix(1, 1, 1, names);
+            }
             default: return nullptr;
         }
     }
@@ -135,6 +155,89 @@ TEST_F(StreamedRows, ASaveWritesTheBytesOfTheWholeRow) {
     const std::string streamed = bytesOf(path("streamed.hvf"));
     EXPECT_GT(streamed.size(), 1000u);
     EXPECT_TRUE(streamed == bytesOf(path("whole.hvf")));
+}
+
+TEST_F(StreamedRows, RandomPointsWriteTheBytesOfTheirRows) {
+    // Names of every length class of the encoding, outside ASCII and outside UTF-8, with the
+    // root and backslashes that a phase name loses; figures of every kind; every class with
+    // every point type, and ids that no table holds.
+    const std::string names[] = {"",
+                                 "a",
+                                 "caf\xC3\xA9",
+                                 "\xFF\xFE",
+                                 "\xF0\x9F\x99\x82",
+                                 std::string(40, 'x'),
+                                 std::string(300, 'y'),
+                                 "/opt/orvia/toolbox/f.m",
+                                 "C:\\work\\g.m"};
+    const double figures[] = {0.0,
+                              -0.0,
+                              1.5e300,
+                              std::numeric_limits<double>::quiet_NaN(),
+                              -std::numeric_limits<double>::infinity(),
+                              4.9e-324};
+    std::mt19937 rng(5);
+    const auto name = [&](std::uint32_t kind) {
+        switch (rng() % 8) {
+            case 0: return std::int32_t{-1};
+            case 1: return std::int32_t{1 << 20};
+            default:
+                return static_cast<std::int32_t>(ptNameID(kind, names[rng() % std::size(names)]));
+        }
+    };
+    auto& raw = *ptTracer()->_rawData;
+    for (int i = 0; i < 4000; ++i) {
+        boost::shared_ptr<PTOrviaDataPoint> point;
+        switch (rng() % 3) {
+            case 0: point = boost::make_shared<PTOrviaDataPoint>(); break;
+            case 1: point = boost::make_shared<PTKestruneDataPoint>(); break;
+            default: point = boost::make_shared<PTYlvaneDataPoint>(); break;
+        }
+        point->_pointType = static_cast<std::int32_t>(rng() % 4);
+        point->_phaseID = name(PT_TABLE_PHASE);
+        point->_groupingID = name(PT_TABLE_GROUPING);
+        point->_statisticsTypeID = name(PT_TABLE_STATISTICS_TYPE);
+        if (auto* k = dynamic_cast<PTKestruneDataPoint*>(point.get())) {
+            k->_modelID = name(PT_TABLE_MODEL);
+            k->_targetID = name(PT_TABLE_TARGET);
+        }
+        if (auto* y = dynamic_cast<PTYlvaneDataPoint*>(point.get())) {
+            y->_machineID = name(PT_TABLE_MACHINE);
+            y->_chartID = name(PT_TABLE_CHART);
+        }
+        point->_isPhaseStart = rng() % 2;
+        point->_wcTime = figures[rng() % std::size(figures)];
+        point->_cpuTime = figures[rng() % std::size(figures)];
+        if (rng() % 4 == 0) {
+            point->_basicMem.reset();
+        } else {
+            point->_basicMem = boost::make_shared<pt::BasicMemStats>(
+                figures[rng() % 6], figures[rng() % 6], figures[rng() % 6]);
+        }
+        if (rng() % 4 == 0) {
+            point->_detailedMem.reset();
+        } else {
+            point->_detailedMem = boost::make_shared<pt::DetailedMemStats>(figures[rng() % 6], 1, 2,
+                                                                           figures[rng() % 6], 3);
+        }
+        raw.push_back(point);
+    }
+    hvxSetHostFunction("orviaroot", [](int, hvArray** plhs, int, hvArray**) {
+        plhs[0] = hvCreateString("C:\\opt\\orvia");
+        return 0;
+    });
+    call("PerfTools.Tracer.saveToFile", valuesOf(text(path("streamed.hvf"))));
+    hvxRestoreHostFunctions();
+
+    hvFile* whole = hvfOpen(path("whole.hvf").c_str(), "w");
+    const hvUniqueArray cells(performance_tracer::rawDataToCells(raw));
+    EXPECT_EQ(hvfPutVariable(whole, performance_tracer::kRawDataVariable, cells.get()), 0);
+    const hvUniqueArray info(performance_tracer::systemInfoToStruct());
+    const hvUniqueArray root(hvCreateString("C:\\opt\\orvia"));
+    EXPECT_EQ(hvfPutVariable(whole, performance_tracer::kSystemInfoVariable, info.get()), 0);
+    EXPECT_EQ(hvfPutVariable(whole, performance_tracer::kRootVariable, root.get()), 0);
+    EXPECT_EQ(hvfClose(whole), 0);
+    EXPECT_TRUE(bytesOf(path("streamed.hvf")) == bytesOf(path("whole.hvf")));
 }
 
 TEST_F(StreamedRows, ALoadReadsWhatTheWholeVariableGives) {

@@ -107,7 +107,7 @@ TEST_F(SystemInfo, CoresReadAtPrecisionZero) {
 TEST_F(SystemInfo, AnswersOfTheWrongClass) {
     answer("hostinfo", [] { return hvCreateDoubleScalar(1); });
     EXPECT_EQ(errorOfCollect(), tracerError("UnexpectedValue") +
-                                    "|The value for 'CPU information' is of an "
+                                    "|The value for \"CPU information\" is of an "
                                     "unexpected class.");
     hvxRestoreHostFunctions();
     answer("hostfeature", [] { return hvCreateString("8"); });
@@ -135,7 +135,7 @@ TEST_F(SystemInfo, RootFolderKeepsTheLastGoodAnswer) {
         performance_tracer::queryOrviaRoot();
         ADD_FAILURE() << "no error";
     } catch (const foundation::core::except::IMsgIDException& e) {
-        EXPECT_EQ(e.getMessageText(), "The value for 'Orvia Root' is of an unexpected class.");
+        EXPECT_EQ(e.getMessageText(), "The value for \"Orvia Root\" is of an unexpected class.");
     }
     hvxRestoreHostFunctions();
     EXPECT_FALSE(performance_tracer::queryOrviaRoot().empty());

@@ -1,5 +1,6 @@
 #include <pt_platform/hv.h>
 #include <pt_platform/hvf.h>
+#include <pt_platform/hvf_rows.h>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@
 #include <iterator>
 #include <random>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -185,6 +187,47 @@ TEST_F(ValueFiles, DamagedAndForeignFilesAreRefusedWhole) {
     EXPECT_EQ(hvfOpen(path("missing.hvf").c_str(), "r"), nullptr);
     EXPECT_EQ(hvfOpen((_folder / "no" / "folder.hvf").c_str(), "w"), nullptr);
     EXPECT_EQ(hvfOpen(file.c_str(), "a"), nullptr);
+}
+
+TEST_F(ValueFiles, AFileTakesThePlaceOfTheEarlierOneOnlyWhenFinished) {
+    const std::string file = path("run.hvf");
+    const hvUniqueArray first(hvCreateString("first"));
+    hvFile* out = hvfOpen(file.c_str(), "w");
+    ASSERT_EQ(hvfPutVariable(out, "v", first.get()), 0);
+    ASSERT_EQ(hvfClose(out), 0);
+    const std::vector<unsigned char> earlier = bytesOf(file);
+
+    // Discarded, or with rows that do not fit what they opened: the earlier file stays, and
+    // nothing else is left in the folder.
+    const hvUniqueArray second(hvCreateString("second"));
+    out = hvfOpen(file.c_str(), "w");
+    ASSERT_EQ(hvfPutVariable(out, "v", second.get()), 0);
+    hvfDiscard(out);
+    out = hvfOpen(file.c_str(), "w");
+    EXPECT_NE(hvfPutRows(out, "rows", 2,
+                         [](std::size_t, hvfRowWriter& row) {
+                             row.cellRow(1);
+                             row.doubleScalar(1);
+                             row.doubleScalar(2);
+                         }),
+              0);
+    EXPECT_NE(hvfPutVariable(out, "v", second.get()), 0);  // nothing more after a failed put
+    EXPECT_NE(hvfClose(out), 0);
+    EXPECT_EQ(bytesOf(file), earlier);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(_folder), {}), 1);
+
+    out = hvfOpen(file.c_str(), "w");
+    ASSERT_EQ(hvfPutVariable(out, "v", second.get()), 0);
+    ASSERT_EQ(hvfClose(out), 0);
+    hvFile* in = hvfOpen(file.c_str(), "r");
+    EXPECT_TRUE(hvIsEqual(hvUniqueArray(hvfGetVariable(in, "v")).get(), second.get()));
+    hvfClose(in);
+
+    // Only a regular file is read; a pipe without a writer is not waited for.
+    ASSERT_EQ(mkfifo(path("pipe.hvf").c_str(), 0600), 0);
+    EXPECT_EQ(hvfOpen(path("pipe.hvf").c_str(), "r"), nullptr);
+    EXPECT_EQ(hvfOpen(_folder.c_str(), "r"), nullptr);
+    EXPECT_EQ(hvfOpen(_folder.c_str(), "w"), nullptr);
 }
 
 TEST_F(ValueFiles, HostileContentBehindASoundContainer) {

@@ -7,6 +7,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <limits>
+
 #include "golden_text.h"
 #include "processing/selection.h"
 #include "random_log.h"
@@ -150,6 +152,45 @@ TEST_F(DataBlocks, CarryOversOfTheComparisonWriter) {
     EXPECT_EQ(parent[13], before[13]);
     EXPECT_EQ(parent[15], before[15]);
     EXPECT_NE(parent[14], before[14]);
+
+    // A right-only parent on the first row has no row before it: its self texts start as "0".
+    const auto rightOnly = ptAlignRows(t, PTDiagnosticInfoList(), _right._rows);
+    const std::string first = ptHtmlProcDiffData(t, rightOnly, "time", "LHS", "RHS");
+    const std::size_t at = first.find("new dataStruct(");
+    const auto row = fields(first.substr(at, first.find(')', at) - at));
+    EXPECT_EQ(row[0], "1");
+    EXPECT_EQ(row[13], "0");
+    EXPECT_EQ(row[15], "0");
+    EXPECT_EQ(first.find(",,"), std::string::npos);
+}
+
+TEST_F(DataBlocks, FiguresThatAreNotFiniteAreTheScriptsOwnNumbers) {
+    PerformanceTracer& t = *ptTracer();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    PTRawDataVector log = runOf({{0, "run", true, 0.0},
+                                 {0, "leaf", true, 0.1},
+                                 {0, "leaf", false, nan},
+                                 {0, "run", false, inf}});
+    log[2]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(inf, -inf, nan, 1.0, 2.0);
+    log[2]->_basicMem = boost::make_shared<pt::BasicMemStats>(nan, inf, -inf);
+    const PTProcessedData data = ptProcessRaw(t, log, {"GLOBAL"}, false);
+    ASSERT_FALSE(data._hasError);
+    const PTAggregateMap aggregates = ptAggregate(t, data._rows);
+    const auto rows = ptAlignRows(t, data._rows, _left._rows);
+    const auto aggregatePairs = ptAlignAggregates(t, aggregates, _leftAggregates);
+    for (const char* metric : {"time", "basicmemory", "detailedmemory"}) {
+        const std::string blocks = ptHtmlProcData(t, data, metric) +
+                                   ptHtmlAggData(t, aggregates, metric, false) +
+                                   ptHtmlProcDiffData(t, rows, metric, "L", "R") +
+                                   ptHtmlAggDiffData(t, aggregatePairs, metric, "L", "R");
+        for (const char* unknown : {"nan", "inf", ",,"}) {
+            EXPECT_EQ(blocks.find(unknown), std::string::npos) << metric << ": " << unknown;
+        }
+        EXPECT_NE(blocks.find(",NaN"), std::string::npos) << metric;
+        EXPECT_NE(blocks.find("Infinity"), std::string::npos) << metric;
+    }
+    EXPECT_NE(ptHtmlProcData(t, data, "detailedmemory").find(",-Infinity,"), std::string::npos);
 }
 
 TEST_F(DataBlocks, IdenticalRunsCompareAsEqual) {

@@ -1,5 +1,6 @@
 // The call tree of Detail pages: building from outline numbers, keys, folding of equal calls,
-// the merging of children around gaps, and the createNode text the page reads.
+// the merging of children around gaps, and the createNode text the page reads, at any depth
+// and against the recursive passes.
 
 #include <gtest/gtest.h>
 
@@ -10,6 +11,7 @@
 
 #include "processing/random_log.h"
 #include "report/call_tree.h"
+#include "report/direct_call_tree.h"
 #include "report/fragments.h"
 
 namespace {
@@ -237,38 +239,104 @@ TEST(CallTree, CreateNodeTextOfASmallTree) {
     EXPECT_EQ(empty.find("callTreeArray["), std::string::npos);
 }
 
-TEST(CallTree, NestingBeyondTheLimitHangsFromTheTopLevel) {
+/// The deepest nesting of createNode calls in any statement of the text.
+std::size_t deepestStatement(const std::string& text) {
+    std::size_t deepest = 0;
+    std::size_t depth = 0;
+    const std::string call = "createNode(";
+    const std::size_t calls = text.find("var callTreeArray = new Array();");
+    EXPECT_NE(calls, std::string::npos);
+    for (std::size_t at = calls; at < text.size(); ++at) {
+        if (text.compare(at, call.size(), call) == 0) {
+            deepest = std::max(deepest, ++depth);
+        } else if (text.compare(at, 2, "])") == 0 && depth > 0) {
+            --depth;
+        } else if (text[at] == ';') {
+            EXPECT_EQ(depth, 0u) << "a statement ends inside a call";
+            depth = 0;
+        }
+    }
+    return deepest;
+}
+
+TEST(CallTree, AChainDeeperThanAStatementStaysOneTree) {
     Log log;
-    const int depth = static_cast<int>(kCallTreeMaxDepth) + 200;
+    const int depth = 5 * static_cast<int>(kCallTreeStatementDepth) + 50;
     std::function<void(int)> nest = [&](int level) {
-        log.phase("level", level + 1 < depth
-                               ? std::function<void()>([&, level] { nest(level + 1); })
-                               : std::function<void()>());
+        log.phase(level % 2 == 0 ? "even" : "odd",
+                  level + 1 < depth ? std::function<void()>([&, level] { nest(level + 1); })
+                                    : std::function<void()>());
     };
     nest(0);
-    log.data = log.processed();
-    ASSERT_EQ(log.data._rows.size(), static_cast<std::size_t>(depth));
-    PTCallTreeList roots;
-    ptBuildCallTree(log.data, roots);
-    ASSERT_EQ(roots.size(), 2u);
-
-    // Every row stands once, and no branch is deeper than the limit.
-    std::size_t rows = 0;
-    std::size_t deepest = 0;
-    std::function<void(const PTCallTreeNode&, std::size_t)> walk = [&](const PTCallTreeNode& at,
-                                                                       std::size_t level) {
-        rows += at.IDs.size();
-        deepest = std::max(deepest, level);
-        for (const auto& child : at.children) {
-            walk(*child, level + 1);
-        }
-    };
-    for (const auto& root : roots) {
-        walk(*root, 1);
+    const PTCallTreeList roots = log.folded();
+    ASSERT_EQ(roots.size(), 1u);
+    std::size_t levels = 0;
+    for (const PTCallTreeNode* at = roots[0].get(); at; ++levels) {
+        EXPECT_EQ(at->IDs, std::vector<std::int32_t>{static_cast<std::int32_t>(levels)});
+        at = at->children.empty() ? nullptr : at->children[0].get();
     }
-    EXPECT_EQ(rows, static_cast<std::size_t>(depth));
-    EXPECT_LE(deepest, kCallTreeMaxDepth + 1);
-    EXPECT_NO_THROW(pt::report::ptHtmlCallTreeData(log.data));
+    EXPECT_EQ(levels, static_cast<std::size_t>(depth));
+
+    // The statement of the root holds the first levels; each later one gives the node where
+    // the one before it stopped its children, in the order the nodes are made.
+    const std::string text = pt::report::ptHtmlCallTreeData(log.data);
+    EXPECT_EQ(deepestStatement(text), kCallTreeStatementDepth);
+    const std::string first =
+        "        nodeArray[" + std::to_string(kCallTreeStatementDepth - 1) + "].children = [";
+    const std::string second =
+        "        nodeArray[" + std::to_string(2 * kCallTreeStatementDepth - 1) + "].children = [";
+    const std::size_t root =
+        text.find("callTreeArray[0] = createNode(0,0, [0], \n[createNode(1,0,");
+    ASSERT_NE(root, std::string::npos);
+    EXPECT_LT(root, text.find(first));
+    EXPECT_LT(text.find(first), text.find(second));
+    EXPECT_NE(text.find("createNode(" + std::to_string(kCallTreeStatementDepth - 1) + "," +
+                        std::to_string(kCallTreeStatementDepth - 2) + ", [" +
+                        std::to_string(kCallTreeStatementDepth - 1) + "], \n[])])"),
+              std::string::npos);
+    EXPECT_NE(text.find(first + "createNode(" + std::to_string(kCallTreeStatementDepth) + "," +
+                        std::to_string(kCallTreeStatementDepth - 1) + ", ["),
+              std::string::npos);
+}
+
+TEST(CallTree, AHundredThousandLevelsKeyFoldAndWriteWithoutRecursion) {
+    constexpr int kLevels = 100000;
+    // Two equal chains side by side: a, b, a, b, ... down, with a gap beside every tenth node.
+    const auto chain = [](std::int32_t firstId) {
+        PTCallTreeNodePtr root = node(1, {firstId});
+        PTCallTreeNode* at = root.get();
+        for (int level = 1; level < kLevels; ++level) {
+            at->children.push_back(node(level % 2 == 0 ? 1 : 2, {firstId + level}));
+            if (level % 10 == 0) {
+                at->children.push_back(node(3, {-1}, true));
+            }
+            at = at->children.front().get();
+        }
+        return root;
+    };
+    PTCallTreeList roots = {chain(0), chain(kLevels)};
+    for (const auto& root : roots) {
+        ptCallTreeKey(*root);
+    }
+    EXPECT_EQ(roots[0]->key, roots[1]->key);
+    ptMergeCallTreeSiblings(roots);
+    ASSERT_EQ(roots.size(), 1u);
+    int levels = 0;
+    for (const PTCallTreeNode* at = roots[0].get(); at; ++levels) {
+        ASSERT_EQ(at->IDs, (std::vector<std::int32_t>{levels, kLevels + levels})) << levels;
+        at = at->children.empty() ? nullptr : at->children.front().get();
+    }
+    EXPECT_EQ(levels, kLevels);
+
+    const std::string text = pt::report::ptHtmlCallTreeRoots(roots);
+    EXPECT_EQ(deepestStatement(text), kCallTreeStatementDepth);
+    std::size_t calls = 0;
+    for (std::size_t at = text.find("createNode("); at != std::string::npos;
+         at = text.find("createNode(", at + 1)) {
+        ++calls;
+    }
+    // The gaps, and the definition of createNode itself.
+    EXPECT_EQ(calls, kLevels + (kLevels - 1) / 10 + 1);
 }
 
 }  // namespace
@@ -311,6 +379,55 @@ TEST(CallTree, RandomLogsFoldEveryRowAtMostOnce) {
         // Folding drops only children of b that found no partner; everything else stands once.
         for (std::size_t row = 0; row < seen.size(); ++row) {
             EXPECT_LE(seen[row], 1) << "run " << run << " row " << row;
+        }
+    }
+}
+
+// On trees of ordinary depth the passes give what the recursive passes give, node for node and
+// letter for letter of the page's text. The trees are random with few keys, so that many
+// siblings fold and many gaps are taken over.
+namespace {
+
+PTCallTreeList randomForest(std::mt19937& rng, int depth, int& nextId) {
+    PTCallTreeList list;
+    const int count = std::uniform_int_distribution<int>(0, depth > 0 ? 5 : 0)(rng);
+    for (int k = 0; k < count; ++k) {
+        const bool isGap = std::uniform_int_distribution<int>(0, 4)(rng) == 0;
+        auto made =
+            node(std::uniform_int_distribution<std::uint32_t>(1, 3)(rng), {nextId++}, isGap);
+        if (!isGap) {
+            made->children = randomForest(rng, depth - 1, nextId);
+        }
+        list.push_back(made);
+    }
+    return list;
+}
+
+}  // namespace
+
+TEST(CallTree, RandomTreesFoldAndWriteAsTheRecursivePassesDo) {
+    for (unsigned seed = 1; seed <= 300; ++seed) {
+        std::mt19937 rng(seed);
+        int id = 0;
+        PTCallTreeList roots = randomForest(rng, 5, id);
+        rng.seed(seed);
+        id = 0;
+        PTCallTreeList direct = randomForest(rng, 5, id);
+        for (std::size_t r = 0; r < roots.size(); ++r) {
+            ASSERT_EQ(ptCallTreeKey(*roots[r]), pt::testing::direct::callTreeKey(*direct[r]));
+        }
+        ptMergeCallTreeSiblings(roots);
+        pt::testing::direct::mergeSiblings(direct);
+        ASSERT_EQ(roots.size(), direct.size()) << "seed " << seed;
+        pt::report::PTCallTreeNumbering numbering;
+        std::int32_t nextNodeIndex = 0;
+        std::int32_t currentParent = 0;
+        for (std::size_t r = 0; r < roots.size(); ++r) {
+            EXPECT_EQ(ptHtmlCallTreeNode(*roots[r], true, r == 0, numbering),
+                      pt::testing::direct::nodeText(*direct[r], true, r == 0, nextNodeIndex,
+                                                    currentParent))
+                << "seed " << seed << " root " << r;
+            EXPECT_EQ(numbering.laterStatements, "");
         }
     }
 }

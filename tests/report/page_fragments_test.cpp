@@ -102,6 +102,10 @@ TEST(PageFragments, EscapesLeaveOrdinaryTextAlone) {
     EXPECT_EQ(scriptString("plain text"), "plain text");
     EXPECT_EQ(scriptString("a\\b \"c\" 'd' </script>\nx"),
               "a\\\\b \\\"c\\\" \\'d\\' \\x3C/script> x");
+    // Every other character that ends a line, and with it a script string; the other letters
+    // of the same UTF-8 lead byte stay as they are.
+    EXPECT_EQ(scriptString("a\rb\r\n\u2028c\u2029"), "a\\rb\\r \\u2028c\\u2029");
+    EXPECT_EQ(scriptString("\u2026 \u2018\xE2\x80"), "\u2026 \u2018\xE2\x80");
 }
 
 }  // namespace

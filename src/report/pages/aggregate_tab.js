@@ -376,6 +376,7 @@
                 }
             }
             document.getElementById('phasename').value = phaseName;
+            detailDataViewCreated = true;
             ShowTable('phaseSummary');
             document.getElementById('phaseSummaryTableDiv').style.display = 'block';
             modifyDataView(false);
@@ -398,6 +399,7 @@
         // From a call tree node to the Details tab, listing every execution folded into it.
         function openDetailTab(nodeIndex) {
             resizeTabContent['Detail'] = false;
+            detailDataViewCreated = true;
             ShowTable('phaseSummary');
             var tableDiv = document.getElementById('phaseSummaryTableDiv');
             tableDiv.style.display = 'block';

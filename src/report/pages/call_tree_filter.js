@@ -1,18 +1,34 @@
 
         // ---- The call tree's filter ----
 
-        // A pattern from the user's text; text that is no valid pattern matches nothing.
-        function ctPattern(text) {
-            try {
-                return new RegExp(text);
-            } catch (e) {
-                return null;
+        // The test of names for a filter text, made once per text. With regular expressions the
+        // text is the user's pattern, and a pattern that finds '_self' also finds the names
+        // that end in '_post'. Without, the text is a name, matched as text: the name itself,
+        // or a name that holds it followed by '_self'.
+        var ctNameTest = {'text': null, 'regExp': false, 'test': null};
+        function ctNameMatcher(filterVal, useRegExpForFilter) {
+            if (ctNameTest.text === filterVal && ctNameTest.regExp === useRegExpForFilter) {
+                return ctNameTest.test;
             }
+            var test;
+            if (useRegExpForFilter) {
+                var pattern = userPattern(filterVal);
+                var postToo = pattern('_self');
+                test = function(name) {
+                    return pattern(name) || (postToo && /_post$/.test(name));
+                };
+            } else {
+                var selfName = filterVal + '_self';
+                test = function(name) {
+                    return name == filterVal || name.indexOf(selfName) != -1;
+                };
+            }
+            ctNameTest = {'text': filterVal, 'regExp': useRegExpForFilter, 'test': test};
+            return test;
         }
 
         // Does the node's row match the filter text in the field? A row without that name
-        // matches, and so does an empty name. With regular expressions, a pattern that finds
-        // '_self' also finds the names that end in '_post'.
+        // matches, and so does an empty name.
         function copyCTDataToView(filterVal, useRegExpForFilter, node, field) {
             var id = procData[node.IDs[0]][field];
             if (id < 0) {
@@ -22,37 +38,40 @@
             if (name == '') {
                 return true;
             }
-            if (useRegExpForFilter) {
-                var pattern = ctPattern(filterVal);
-                if (!pattern) {
-                    return false;
-                }
-                return pattern.test(name) || (pattern.test('_self') && /_post$/.test(name));
-            }
-            var selfPattern = ctPattern(filterVal + '_self');
-            return name == filterVal || (selfPattern != null && selfPattern.test(name));
+            return ctNameMatcher(filterVal, useRegExpForFilter)(name);
         }
 
         // Walks the whole subtree under the children, closing it and recording its matches;
-        // true when any match was found here or before in the candidate's walk.
+        // true when any match was found here or before in the candidate's walk. The walk keeps
+        // a stack of its own, so a tree of any depth is walked.
         function checkFilterValInChildren(filterVal, useRegExpForFilter, childIDs, field) {
-            for (var c = 0; c < childIDs.length; c++) {
-                var child = childIDs[c];
-                hideCallTreeChildren(child.children, false);
-                checkFilterValInChildren(filterVal, useRegExpForFilter, child.children, field);
+            var stack = new Array();
+            for (var c = childIDs.length - 1; c >= 0; c--) {
+                stack.push(childIDs[c]);
+            }
+            while (stack.length > 0) {
+                var child = stack.pop();
+                child.show = false;
+                for (var k = child.children.length - 1; k >= 0; k--) {
+                    stack.push(child.children[k]);
+                }
                 if (copyCTDataToView(filterVal, useRegExpForFilter, child, field)) {
-                    expandTreeToIndex.push(child.index);
+                    markExpandTo(child.index);
                     callTreeToShow = true;
                 }
             }
             return callTreeToShow;
         }
 
-        // Narrows the view field by field: the first filled field picks among the roots, each
-        // later one among the view that is left. A node stays when it or a descendant matches.
+        // Narrows the view field by field: the first field that filters picks among the roots,
+        // each later one among the view that is left. A node stays when it or a descendant
+        // matches. An empty field filters nothing, so a filter on a later field alone still
+        // picks among the roots.
         function filterCTDataView(filterParams, useRegExpForFilter) {
             expandTreeToIndex = new Array();
+            expandTreeMarks = {};
             var counter = 0;
+            var filtered = false;
             for (var field in filterParams) {
                 var value = filterParams[field];
                 if (value == '' || field == 'unique') {
@@ -63,7 +82,7 @@
                     continue;
                 }
                 var candidates = new Array();
-                if (counter == 0) {
+                if (!filtered) {
                     for (var r = 0; r < callTreeArray.length; r++) {
                         candidates.push(callTreeArray[r].index);
                     }
@@ -79,7 +98,7 @@
                     hideCallTreeChildren(node.children, false);
                     var matches = copyCTDataToView(value, useRegExpForFilter, node, field);
                     if (matches) {
-                        expandTreeToIndex.push(node.index);
+                        markExpandTo(node.index);
                         callTreeToShow = true;
                     }
                     var below = checkFilterValInChildren(value, useRegExpForFilter, node.children, field);
@@ -88,6 +107,7 @@
                         CTDataView.Checked.push(0);
                     }
                 }
+                filtered = true;
                 counter++;
             }
         }

@@ -4,6 +4,8 @@
 // whole run of its shown descendants out.
 
         var expandTreeToIndex = new Array();
+        // The nodes of expandTreeToIndex by index, to look them up in one step.
+        var expandTreeMarks = {};
         var callTreeToShow = false;
         var CT_filterDataTable = false;
 
@@ -69,30 +71,49 @@
             return false;
         }
 
-        // The nodes' indices, each followed by those of its shown descendants.
+        // Records a node the filter matched.
+        function markExpandTo(index) {
+            expandTreeToIndex.push(index);
+            expandTreeMarks[index] = true;
+        }
+
+        // The nodes' indices, each followed by those of its shown descendants. The walk keeps
+        // a stack of its own, so a tree of any depth is walked.
         function getIDArray(children) {
             var ids = new Array();
-            for (var c = 0; c < children.length; c++) {
-                var node = children[c];
+            var stack = [[children, 0]];
+            while (stack.length > 0) {
+                var top = stack[stack.length - 1];
+                if (top[1] >= top[0].length) {
+                    stack.pop();
+                    continue;
+                }
+                var node = top[0][top[1]++];
                 ids.push(node.index);
                 if (node.children.length > 0 && node.children[0].show) {
-                    ids = ids.concat(getIDArray(node.children));
+                    stack.push([node.children, 0]);
                 }
             }
             return ids;
+        }
+
+        // The list with the items inserted after position idx; a new array, so that no call
+        // gets as many arguments as there are items.
+        function insertAfter(list, idx, items) {
+            return list.slice(0, idx + 1).concat(items, list.slice(idx + 1));
         }
 
         // Puts the children (and their shown descendants) on show after view position idx; with
         // checkItem, the filter's matches among them come in ticked.
         function showCallTreeChildren(idx, children, checkItem) {
             var ids = getIDArray(children);
-            var checked = new Array();
+            var checked = new Array(ids.length);
             for (var i = 0; i < ids.length; i++) {
                 nodeArray[ids[i]].show = true;
-                checked.push(checkItem && contains(expandTreeToIndex, ids[i]) ? 1 : 0);
+                checked[i] = checkItem && expandTreeMarks[ids[i]] ? 1 : 0;
             }
-            Array.prototype.splice.apply(CTDataView.Index, [idx + 1, 0].concat(ids));
-            Array.prototype.splice.apply(CTDataView.Checked, [idx + 1, 0].concat(checked));
+            CTDataView.Index = insertAfter(CTDataView.Index, idx, ids);
+            CTDataView.Checked = insertAfter(CTDataView.Checked, idx, checked);
             return false;
         }
 
@@ -146,7 +167,7 @@
             updateCTTotals();
         }
 
-        // The first view: every root with its shown descendants.
+        // The first view: every root with its children and their shown descendants.
         function createCTDataView() {
             CTDataView.Index = new Array();
             CTDataView.Checked = new Array();
@@ -154,7 +175,12 @@
             for (var r = 0; r < callTreeArray.length; r++) {
                 CTDataView.Index.push(callTreeArray[r].index);
                 CTDataView.Checked.push(false);
-                showCallTreeChildren(CTDataView.Index.length - 1, callTreeArray[r].children, false);
+                var ids = getIDArray(callTreeArray[r].children);
+                for (var i = 0; i < ids.length; i++) {
+                    nodeArray[ids[i]].show = true;
+                    CTDataView.Index.push(ids[i]);
+                    CTDataView.Checked.push(0);
+                }
             }
             lastStartIndex['CallTree'] = 0;
         }
@@ -432,20 +458,36 @@
             filterCTDataView(params.Filter, useRegExpForFilter);
             var nodeToExpandTo = 0;
             if (expandTreeToIndex.length > 0) {
+                // Every node in the view opens, and every node below it: each view entry is
+                // followed by its whole subtree, in tree order. Matches are ticked, and the
+                // window goes to the one of most self time.
                 var maxSelf = -99999;
-                // The view grows while it is walked: every node met is expanded.
-                for (var i = 0; i < CTDataView.Index.length; i++) {
-                    var node = nodeArray[CTDataView.Index[i]];
-                    if (contains(expandTreeToIndex, node.index)) {
-                        CTDataView.Checked[i] = 1;
-                        var self = ctFigure(node.IDs, 'WCSelf', 'sum');
-                        if (self > maxSelf) {
-                            maxSelf = self;
-                            nodeToExpandTo = i;
+                var index = new Array();
+                var checked = new Array();
+                for (var v = 0; v < CTDataView.Index.length; v++) {
+                    var stack = [nodeArray[CTDataView.Index[v]]];
+                    var entryChecked = CTDataView.Checked[v];
+                    while (stack.length > 0) {
+                        var node = stack.pop();
+                        var isMatch = expandTreeMarks[node.index] === true;
+                        index.push(node.index);
+                        checked.push(isMatch ? 1 : entryChecked);
+                        entryChecked = 0;
+                        if (isMatch) {
+                            var self = ctFigure(node.IDs, 'WCSelf', 'sum');
+                            if (self > maxSelf) {
+                                maxSelf = self;
+                                nodeToExpandTo = index.length - 1;
+                            }
+                        }
+                        for (var c = node.children.length - 1; c >= 0; c--) {
+                            node.children[c].show = true;
+                            stack.push(node.children[c]);
                         }
                     }
-                    showCallTreeChildren(i, node.children, true);
                 }
+                CTDataView.Index = index;
+                CTDataView.Checked = checked;
             }
             lastStartIndex['CallTree'] = Math.max(0, nodeToExpandTo - 3);
         }
@@ -466,6 +508,6 @@
             }
             var strip = document.getElementById('callTreeSummaryScrollTableDiv');
             if (strip) {
-                strip.scrollTop = lastStartIndex['CallTree'] * height;
+                strip.scrollTop = lastStartIndex['CallTree'] * height * stripScale['CallTree'];
             }
         }

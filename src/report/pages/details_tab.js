@@ -3,6 +3,9 @@
 
         var filterDataTable = false;
         var sortDataTable = false;
+        // The view was made: by Refresh, by a link from another tab, or by the first showing of
+        // the tab, which shows all rows in execution order.
+        var detailDataViewCreated = false;
 
         // Column groups as fractions of the table's width.
 //@if single
@@ -110,7 +113,17 @@
             filterDataTable = false;
             sortDataTable = false;
             lastStartIndex['Detail'] = 0;
+            detailDataViewCreated = true;
             modifyDataView(true);
+            renderDetailTable();
+        }
+
+        // The tab shown for the first time, before any view was made: all rows, in execution
+        // order, as Refresh with all inputs empty would show them.
+        function showFirstDetailView() {
+            detailDataViewCreated = true;
+            resetDataView();
+            lastStartIndex['Detail'] = 0;
             renderDetailTable();
         }
 
@@ -235,14 +248,14 @@
                 dataView.Checked = new Array();
                 dataView.AllChecked = false;
                 var names = namesOf(field);
-                var pattern = useRegExpForFilter ? new RegExp(value) : null;
-                var postToo = useRegExpForFilter ? pattern.test('_self') : value.indexOf('_self') != -1;
+                var pattern = useRegExpForFilter ? userPattern(value) : null;
+                var postToo = useRegExpForFilter ? pattern('_self') : value.indexOf('_self') != -1;
                 for (var c = 0; c < candidates.length; c++) {
                     var id = procData[candidates[c]][field];
                     var keep = id < 0;
                     if (!keep) {
                         var text = names[id];
-                        var match = useRegExpForFilter ? pattern.test(text) : text == value;
+                        var match = useRegExpForFilter ? pattern(text) : text == value;
                         keep = text == '' || match || (postToo && /_post/.test(text));
                     }
                     if (keep) {

@@ -299,8 +299,9 @@
             maxLabelHeight -= enlargeCanvasArea;
             var requiredPaddingH = 0;
             var longest = 0;
+            var measure = labelMeasure(ctx_scroll);
             for (var r = 0; r < realRows(); r++) {
-                var width = ctx_scroll.measureText(phaseLabel(procData[r])).width;
+                var width = measure(phaseLabel(procData[r]));
                 if (Math.round(width * 1.2 * sin75 + eventLabelVertSpacing + 55) > maxLabelHeight) {
                     requiredPaddingH = maxLabelHeight + 25 - enlargeCanvasArea;
                     break;

@@ -163,6 +163,18 @@
             }
         }
 
+        // A measure of labels in the context's present font that measures each text once:
+        // rows share few labels, and a chart measures every row's.
+        function labelMeasure(ctx) {
+            var widths = Object.create(null);
+            return function(label) {
+                if (!(label in widths)) {
+                    widths[label] = ctx.measureText(label).width;
+                }
+                return widths[label];
+            };
+        }
+
         // A label that runs past width pixels ends in '...' and is shortened until it fits.
         function fitLabel(ctx, label, width) {
             while (label.length > 3 && ctx.measureText(label).width > width) {
@@ -250,9 +262,37 @@
                 'onclick="clearDiv(\'' + number + '\', ' + row + ', ' + alias + ')">X</div></td></tr>';
         }
 
+        // Moves a popup that holds its figures into the window, by the size it now has. A popup
+        // wider or taller than the window keeps its top right corner in, where its close box is.
+        function keepPopupInWindow(popup) {
+            var table = popup.getElementsByTagName('table')[0];
+            if (!table) {
+                return;
+            }
+            var box = table.getBoundingClientRect();
+            var width = document.documentElement.clientWidth || window.innerWidth;
+            var height = document.documentElement.clientHeight || window.innerHeight;
+            var dx = 0, dy = 0;
+            if (box.left < 0) {
+                dx = -box.left;
+            }
+            if (box.right + dx > width) {
+                dx = width - box.right;
+            }
+            if (box.bottom > height) {
+                dy = height - box.bottom;
+            }
+            if (box.top + dy < 0) {
+                dy = -box.top;
+            }
+            popup.style.left = ((parseFloat(popup.style.left) || 0) + dx) + 'px';
+            popup.style.top = ((parseFloat(popup.style.top) || 0) + dy) + 'px';
+        }
+
         // Shows popup on row; its name stays in a hidden first paragraph.
         function openPopup(popup, number, row, name, html) {
             popup.innerHTML = '<p style="font-size:0px; display:none">' + escapeMarkup(name) + '</p>' + html;
+            keepPopupInWindow(popup);
             popup.style.zIndex = '1000';
             popup.ptRow = row;
             popup.ptNumber = number;

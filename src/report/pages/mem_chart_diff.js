@@ -609,7 +609,8 @@
             }
         }
 
-        // Right minus left per category: gains stacked up from the midline, losses down.
+        // Right minus left per category: gains stacked up from the midline, losses down. The
+        // column of a phase that one side lacks is shaded, as its popup reads NA.
         function drawDeviation(ctx, columns) {
             var halfway = bandHeight(absDevBand) / 2;
             var heightFactor = halfway / differenceRange;
@@ -619,9 +620,11 @@
             for (var i = 0; i < columns; i++) {
                 var right = Math.min(rightX[i], widthLimit - 3);
                 var up = halfway, down = halfway;
+                var row = firstVisibleRow + i;
+                var palette = isShaded('LHS', row) || isShaded('RHS', row) ? colorsShaded : colors;
                 for (var c = colors.length - 1; c >= 0; c--) {
                     var h = (windowFigures.RHS[c][i] - windowFigures.LHS[c][i]) * heightFactor;
-                    ctx.fillStyle = colors[c];
+                    ctx.fillStyle = palette[c];
                     if (h > 0) {
                         ctx.fillRect(leftX[i], up - h, right - leftX[i], h);
                         up -= h;
@@ -630,7 +633,7 @@
                 for (var n = 0; n < colors.length; n++) {
                     var d = (windowFigures.RHS[n][i] - windowFigures.LHS[n][i]) * heightFactor;
                     if (d < 0) {
-                        ctx.fillStyle = colors[n];
+                        ctx.fillStyle = palette[n];
                         ctx.fillRect(leftX[i], down, right - leftX[i], -d);
                         down -= d;
                     }
@@ -744,8 +747,9 @@
             appendBlankRecords();
 
             var longest = 0;
+            var measure = labelMeasure(ctx_phaseNames);
             for (var r = 0; r < realRows(); r++) {
-                longest = Math.max(longest, ctx_phaseNames.measureText(phaseLabel(procData[r])).width);
+                longest = Math.max(longest, measure(phaseLabel(procData[r])));
             }
             expandedHeight_phaseNames = Math.min(Math.round(longest * 1.1 * sin75 + 15 + 55),
                                                  maxLabelHeight - 200);

@@ -146,6 +146,10 @@
                 setDisplay('userInputs', 'block');
                 setDisplay('phaseSummaryScrollTableDiv', 'block');
                 setDisplay('phaseSummaryDiv', 'block');
+                if (!detailDataViewCreated) {
+                    showFirstDetailView();
+                    resizeTabContent['Detail'] = false;
+                }
                 if (resizeTabContent['Detail']) {
                     renderDetailTable();
                     resizeTabContent['Detail'] = false;

@@ -28,6 +28,11 @@
         var numPhasesToRenderInTable = {'Aggregate': 32, 'CallTree': 32, 'Detail': 32};
         var lastStartIndex = {'Aggregate': 0, 'CallTree': 0, 'Detail': 0};
         var aggrRowHeight = 0;
+        // The strip of a view is one element as tall as the view's rows, up to the tallest that
+        // browsers lay out; a taller view has its rows scaled down to fit, by stripScale, and
+        // the strip still reaches every row.
+        var MAXSTRIPHEIGHT = 10000000;
+        var stripScale = {'Aggregate': 1, 'CallTree': 1, 'Detail': 1};
 
         // The elements of each table type.
         var tableIds = {
@@ -98,11 +103,18 @@
             return element ? element.offsetHeight : 0;
         }
 
-        // Sets a cell's content; the cell, or null when there is none.
+        // Sets a cell's content; the cell, or null when there is none. Content that markup
+        // would read as the same text (no tag, no reference) goes in as text, which spares the
+        // parse: a re-fill of the window sets hundreds of cells.
         function setCell(id, text) {
             var cell = document.getElementById(id);
             if (cell) {
-                cell.innerHTML = text;
+                var content = String(text);
+                if (/[<&\r\0]/.test(content)) {
+                    cell.innerHTML = content;
+                } else if (cell.textContent !== content || cell.childNodes.length > 1) {
+                    cell.textContent = content;
+                }
             }
             return cell;
         }
@@ -113,6 +125,26 @@
                 .replace(/>/g, '&gt;').replace(/"/g, '&quot;').replace(/'/g, '&#39;');
         }
 
+//@if !aggregatePage
+        // A pattern the user typed into a filter, as a test of names. A pattern that is not
+        // valid, or too large to run, matches nothing.
+        function userPattern(text) {
+            var pattern;
+            try {
+                pattern = new RegExp(text);
+            } catch (e) {
+                return function() { return false; };
+            }
+            return function(name) {
+                try {
+                    return pattern.test(name);
+                } catch (e) {
+                    return false;
+                }
+            };
+        }
+
+//@endif
         // Text from the data as a single-quoted script string inside a markup attribute.
         function scriptArgument(text) {
             return escapeMarkup(String(text).replace(/\\/g, '\\\\').replace(/'/g, "\\'"));
@@ -161,16 +193,38 @@
             return [[], []];
         }
 
+        // The position of the first entry of each name in a name array, made on first use: the
+        // rows on show look their names up at every re-fill.
+        var namePositions = {};
+        function firstPositionOf(stringArray, names, name) {
+            if (stringArray == 'Combined') {
+                for (var i = 0; i < names.length; i++) {
+                    if (names[i] == name) {
+                        return i;
+                    }
+                }
+                return -1;
+            }
+            var positions = namePositions[stringArray];
+            if (!positions || positions.names !== names) {
+                positions = {'names': names, 'of': Object.create(null)};
+                for (var p = names.length - 1; p >= 0; p--) {
+                    positions.of[names[p]] = p;
+                }
+                namePositions[stringArray] = positions;
+            }
+            var found = typeof name == 'string' ? positions.of[name] : undefined;
+            return found === undefined ? -1 : found;
+        }
+
         // A name cut with '...' to what fits a cell of the width; names that fit, and names
         // that are not in the array, come back as they are.
         function modifyStrToShow(stringArray, origStr, cellWidth) {
             var arrays = namesAndLengths(stringArray);
             var strLength = -1;
-            for (var i = 0; i < arrays[0].length; i++) {
-                if (arrays[0][i] == origStr) {
-                    strLength = arrays[1][i];
-                    break;
-                }
+            var position = firstPositionOf(stringArray, arrays[0], origStr);
+            if (position >= 0) {
+                strLength = arrays[1][position];
             }
             var limit = cellWidth - 5;
             var allowedChars = (origStr.length / strLength) * limit;
@@ -203,22 +257,16 @@
             return height == 0 ? 40 : height;
         }
 
-        // Fills the strip with an empty table as tall as the view's rows.
+        // Fills the strip with one empty element as tall as the view's rows.
         function generateFakeDivContents(tableType) {
             var strip = document.getElementById(tableIds[tableType]['strip']);
             if (!strip) {
                 return;
             }
-            var height = rowHeightOf(tableType);
-            var rows = viewOf(tableType).Index.length;
-            var row = '<tr><td style="border:none; height:' + height + 'px">&nbsp;</td></tr>';
-            var html = new Array();
-            html.push('<table border="0" cellspacing="0" cellpadding="0" class="dataTable" width="1px">');
-            for (var i = 0; i < rows; i++) {
-                html.push(row);
-            }
-            html.push('</table>');
-            strip.innerHTML = html.join('');
+            var height = rowHeightOf(tableType) * viewOf(tableType).Index.length;
+            stripScale[tableType] = height > MAXSTRIPHEIGHT ? MAXSTRIPHEIGHT / height : 1;
+            strip.innerHTML = '<div style="width:1px; height:' + Math.min(height, MAXSTRIPHEIGHT) +
+                'px"></div>';
         }
 
         // How many rows fit the window.

@@ -31,9 +31,11 @@ nextprompt() {
   waitfor '^>> ' $prompts
 }
 
-# Background commands of a script ignore SIGINT unless told otherwise.
+# Background commands of a script ignore SIGINT unless told otherwise. script(1) starts the
+# command through $SHELL -c; exec keeps a shell that dies on SIGINT (dash) out of the way, so
+# the status is the session's own.
 mkfifo "$work/in"
-env --default-signal=INT script -qfec "$shell --module $module" /dev/null \
+env --default-signal=INT script -qfec "exec $shell --module $module" /dev/null \
   <"$work/in" >"$work/out" 2>&1 &
 pid=$!
 exec 3>"$work/in"
@@ -75,7 +77,7 @@ wait $pid || fail "the session ended with status $?"
 # A script run ends at the interrupt with status 1.
 exec 3>&-
 : >"$work/out"
-env --default-signal=INT script -qfec "$shell --module $module -e \"print('looping'), \
+env --default-signal=INT script -qfec "exec $shell --module $module -e \"print('looping'), \
   for i = 1:1e6, for j = 1:1e6, end, end, print('not reached')\"" /dev/null \
   <"$work/in" >"$work/out" 2>&1 &
 pid=$!
