@@ -13,9 +13,11 @@
 
 #include <performance_tracer/export.h>
 
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace pt {
 
@@ -119,5 +121,50 @@ PT_API void writeKsStartupDifferenceReport(const std::string& htmlFile,
 /// The plain table of raw points for broken instrumentation (diagnosticReport); options.metric
 /// and options.showMeta do not apply.
 PT_API void writeDiagnosticReport(const std::string& htmlFile, const ReportOptions& options = {});
+
+/// The run and the selection of an export to the Trace Event format:
+///     pt::ExportOptions("run.hvf").withGrouping("Solver")
+///     pt::ExportOptions("run.hvf").withModel("plant").withModel("controller")
+struct ExportOptions {
+    ExportOptions() = default;
+    /// An export of a saved run; an empty name takes the points in memory.
+    ExportOptions(std::string runFile) : runFile(std::move(runFile)) {}  // NOLINT: {"run.hvf"}
+
+    ExportOptions& withGrouping(std::string name) {
+        grouping = std::move(name);
+        return *this;
+    }
+    /// Adds a model to the selection by model.
+    ExportOptions& withModel(std::string name) {
+        models.push_back(std::move(name));
+        return *this;
+    }
+
+    /// A saved run; empty for the points in memory.
+    std::string runFile;
+    /// The phases logged under this grouping, as the reports select them; "GLOBAL" takes all.
+    std::string grouping = "GLOBAL";
+    /// When not empty, the phases of these models ("GLOBAL" for all) instead of a grouping, as
+    /// getProcessedData selects them: host-language phases, which have no model, are left out.
+    std::vector<std::string> models;
+};
+
+/// What an export wrote.
+struct ExportSummary {
+    /// Phases written, one complete event each.
+    std::size_t phases = 0;
+    /// Phases left out because the instrumentation is broken there; writeDiagnosticReport (or
+    /// `ptreport diagnose`) shows where.
+    std::size_t leftOut = 0;
+};
+
+/// Writes a run as Trace Event JSON, which the common trace viewers open: a complete event per
+/// phase, in microseconds from the start of the first phase, with the phase's grouping as its
+/// category and its model, target, machine, chart, statistics type, CPU time and outline number
+/// as arguments. The file is written as the phases are read, so that the memory an export takes
+/// does not grow with the file. Raises std::invalid_argument for a grouping other than
+/// "GLOBAL" beside models.
+PT_API ExportSummary exportTraceEvents(const std::string& jsonFile,
+                                       const ExportOptions& options = {});
 
 }  // namespace pt

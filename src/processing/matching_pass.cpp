@@ -329,6 +329,7 @@ void ptOnFirstPoint(PTMatchState& state, const PointPtr& cur) {
         row->_point->errorRow = true;
         out._hasError = true;
         state.enter(cur, row, false);
+        ++state.endRows;
         state.lastWasStart = false;
     }
 }
@@ -358,6 +359,7 @@ void ptOnEndPoint(PTMatchState& state, const PointPtr& cur) {
         auto row = newRow(cur, state.rowCounter++, state.depth);
         row->_point->errorRow = true;
         state.enter(cur, row, false);
+        ++state.endRows;
         out._hasError = true;
         return;
     }
@@ -409,7 +411,8 @@ namespace {
 
 /// A report pass: an empty list is an error, and phases left open are errors.
 void matchReport(PerformanceTracer& tracer, PTRawDataVector& raw, const PassFilter& filter,
-                 PTPointMap* map, PTStartRows* startRows, PTProcessedData& out) {
+                 PTPointMap* map, PTStartRows* startRows, PTProcessedData& out,
+                 std::size_t* endRows = nullptr) {
     if (raw.empty()) {
         out._hasError = true;
         return;
@@ -417,6 +420,9 @@ void matchReport(PerformanceTracer& tracer, PTRawDataVector& raw, const PassFilt
     PTMatchState state(tracer, map, startRows, out);
     runPass(state, raw, filter);
     finishReportPass(state);
+    if (endRows) {
+        *endRows = state.endRows;
+    }
 }
 
 /// The snapshot that a null list stands for; null if there is no store.
@@ -452,10 +458,10 @@ void ptMatchModels(PerformanceTracer& tracer, PTRawDataVector* raw,
 
 void ptMatchRows(PerformanceTracer& tracer, PTRawDataVector& raw,
                  const std::vector<std::string>& names, bool byModel, PTStartRows& startRows,
-                 PTProcessedData& out) {
+                 PTProcessedData& out, std::size_t* endRows) {
     const PassFilter filter(
         tracer, byModel ? PassFilter::Kind::Models : PassFilter::Kind::Groupings, names);
-    matchReport(tracer, raw, filter, nullptr, &startRows, out);
+    matchReport(tracer, raw, filter, nullptr, &startRows, out, endRows);
 }
 
 bool ptMatchDiagnostic(PerformanceTracer& tracer, PTRawDataVector* raw, const std::string& grouping,

@@ -10,6 +10,7 @@
 #include <boost/make_shared.hpp>
 #include <boost/unordered_map.hpp>
 
+#include <cstddef>
 #include <deque>
 #include <string>
 #include <utility>
@@ -46,10 +47,11 @@ using PTStartRows =
 
 /// The report pass of a selection (models when byModel, else groupings) without a point map:
 /// the rows opened at start points are appended to startRows, which is all a selection keeps
-/// of a pass.
+/// of a pass. The pass's other rows are those that an end without a start opened, all of them
+/// error rows; endRows, if given, receives their number.
 void ptMatchRows(PerformanceTracer& tracer, PTRawDataVector& raw,
                  const std::vector<std::string>& names, bool byModel, PTStartRows& startRows,
-                 PTProcessedData& out);
+                 PTProcessedData& out, std::size_t* endRows = nullptr);
 
 /// State of one pass.
 struct PTMatchState {
@@ -89,6 +91,8 @@ struct PTMatchState {
     PTStartRows* startRows;
     PTProcessedData& out;
     bool tookAny = false;
+    /// Rows opened at an end that had no start.
+    std::size_t endRows = 0;
     /// Open phases; the front is the innermost.
     std::deque<OpenPhase> phaseStack;
     /// Phases started so far at each depth under the current parent.

@@ -75,4 +75,44 @@ TEST_F(Runs, RefusedCallsRaiseTheMethodsErrors) {
               group + "InvalidMetric");
 }
 
+TEST_F(Runs, ExportOfARunAndOfItsSelections) {
+    ptEnableTracer("Build", true);
+    ptLogOrviaData("Build", "build", true);
+    ptLogKestruneData("Build", "engine", "sim", "update", true);
+    ptLogKestruneData("Build", "engine", "sim", "update", false);
+    ptLogOrviaData("Build", "build", false);
+    ptLogOrviaData("Build", "never ends", true);  // broken: no end
+    pt::saveRun(path("run.hvf"));
+    const struct {
+        pt::ExportOptions options;
+        std::size_t phases;
+        std::size_t leftOut;
+    } cases[] = {
+        {pt::ExportOptions(path("run.hvf")), 2, 1},
+        {pt::ExportOptions(), 2, 1},  // the points in memory
+        {pt::ExportOptions(path("run.hvf")).withModel("engine"), 1, 0},
+        {pt::ExportOptions(path("run.hvf")).withGrouping("Other"), 0, 0},
+    };
+    for (const auto& c : cases) {
+        const pt::ExportSummary summary = pt::exportTraceEvents(path("run.json"), c.options);
+        EXPECT_EQ(summary.phases, c.phases) << c.options.runFile << " " << c.options.grouping;
+        EXPECT_EQ(summary.leftOut, c.leftOut) << c.options.runFile << " " << c.options.grouping;
+        EXPECT_GT(fs::file_size(path("run.json")), 100u);
+    }
+
+    const std::string group = "performance_tracer:PerformanceTracer:";
+    EXPECT_EQ(errorOf([&] { pt::exportTraceEvents(path("t.json"), {path("missing.hvf")}); }),
+              group + "OpenFileFailed");
+    EXPECT_EQ(errorOf([&] { pt::exportTraceEvents(path("no folder/t.json"), {path("run.hvf")}); }),
+              group + "WriteFileFailed");
+    EXPECT_EQ(errorOf([&] { pt::exportTraceEvents("", {path("run.hvf")}); }),
+              group + "ExpectedNames");
+    EXPECT_THROW(pt::exportTraceEvents(
+                     path("t.json"),
+                     pt::ExportOptions(path("run.hvf")).withGrouping("Build").withModel("engine")),
+                 std::invalid_argument);
+    ptClearRawData();
+    EXPECT_EQ(errorOf([&] { pt::exportTraceEvents(path("t.json")); }), group + "NoRawTracerData");
+}
+
 }  // namespace

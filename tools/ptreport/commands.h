@@ -29,6 +29,8 @@ struct Command {
 
 /// The report subcommands.
 std::vector<Command> reportCommands();
+/// The export subcommands.
+std::vector<Command> exportCommands();
 
 /// Every subcommand, in the order of the overview.
 const std::vector<Command>& commands();

@@ -39,6 +39,37 @@ same_page diagnose diagnosticReport diagnose b.hvf --grouping Compile \
 # Without -o, the page is named after the run, in the current folder.
 "$ptreport" detail a.hvf >out 2>err && [ -s a.html ] || fail "detail without -o: $(cat err)"
 
+# The export: JSON that any reader takes, one complete event per phase of the selection.
+phases() {  # the names of the complete events of a trace, sorted
+  python3 -c 'import json, sys
+events = json.load(open(sys.argv[1]))["traceEvents"]
+assert all(all(k in e for k in ("name", "ph", "ts", "pid", "tid")) for e in events)
+print(" ".join(sorted(e["name"] for e in events if e["ph"] == "X")))' "$1"
+}
+exported() {
+  local what=$1 expected=$2; shift 2
+  "$ptreport" export "$@" >out 2>err || { fail "$what: ptreport failed: $(cat err)"; return; }
+  [ ! -s err ] || fail "$what: said $(cat err)"
+  local json; json=$(cat out)
+  [ "$(phases "$json")" = "$expected" ] || fail "$what: exported $(phases "$json")"
+}
+exported "export" "build load libraries parse update" a.hvf -o a_all.json
+grep -qx "$work/a_all.json" out || fail "export did not print the trace's path: $(cat out)"
+exported "export without -o" "build load libraries parse update" a.hvf
+[ "$(cat out)" = "$work/a.json" ] || fail "export without -o wrote $(cat out)"
+exported "export of a grouping" "parse update" a.hvf --grouping Compile -o a_compile.json
+exported "export of a model" "update" a.hvf --model engine -o a_engine.json
+# A phase left open: the rest is exported, and standard error says how many were left out.
+"$shell" --module "$module" -e "PerfTools.Tracer.enable('Build', true);
+  PerfTools.Tracer.logOrviaData('Build', 'open', true);
+  PerfTools.Tracer.logOrviaData('Build', 'closed', true);
+  PerfTools.Tracer.logOrviaData('Build', 'closed', false);
+  PerfTools.Tracer.saveToFile('broken.hvf');" >/dev/null
+"$ptreport" export broken.hvf -o broken.json >out 2>err || fail "export of a broken run: $(cat err)"
+[ "$(phases broken.json)" = "closed" ] || fail "export of a broken run: $(phases broken.json)"
+grep -q "1 phase left out, 1 exported; 'ptreport diagnose broken.hvf'" err ||
+  fail "export of a broken run said: $(cat err)"
+
 # Clean failures: status 2, nothing on standard output, one line on standard error.
 refused() {
   local what=$1; shift
@@ -61,9 +92,12 @@ refused "missing file" detail missing.hvf
 printf 'not a value file' >junk.hvf
 refused "damaged file" diff a.hvf junk.hvf
 refused "unwritable page" detail a.hvf -o /nonexistent/folder/page.html
+refused "export by grouping and model" export a.hvf --grouping Build --model engine
+refused "export of a missing file" export missing.hvf
+refused "unwritable trace" export a.hvf -o /nonexistent/folder/trace.json
 grep -q "missing.hvf" <("$ptreport" detail missing.hvf 2>&1) || fail "the error does not name the file"
 
-for sub in detail aggregate diff aggdiff ksstartup ksdiff diagnose; do
+for sub in detail aggregate diff aggdiff ksstartup ksdiff diagnose export; do
   "$ptreport" $sub --help | grep -q "^usage: ptreport $sub" || fail "$sub --help"
 done
 "$ptreport" --help | grep -q diagnose || fail "--help does not list the subcommands"

@@ -1,0 +1,298 @@
+// The Trace Event export: what each kind of row becomes, and, over random logs (broken ones and
+// ones whose clocks step backwards included), the rules every viewer relies on: each event has
+// name, ph, ts, pid and tid; complete events have a duration of at least 0 and nest as the rows
+// do, children inside their parents; the events are the rows of the matching pass that are not
+// error rows, and the error rows are counted.
+
+// The JSON reader of Boost's property trees includes the old bind header, which otherwise
+// announces its deprecation in every build.
+#define BOOST_BIND_GLOBAL_PLACEHOLDERS
+
+#include "report/trace_events.h"
+
+#include <performance_tracer/names.h>
+#include <performance_tracer/raw_store.h>
+#include <performance_tracer/tracer.h>
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+#include <boost/property_tree/json_parser.hpp>
+#include <boost/property_tree/ptree.hpp>
+
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <random>
+#include <set>
+
+#include <unistd.h>
+
+#include "processing/direct_matching_pass.h"
+#include "processing/random_log.h"
+
+namespace pt::report {
+namespace {
+
+using boost::property_tree::ptree;
+using pt::testing::makePoint;
+
+struct Event {
+    std::string name;
+    std::string ph;
+    std::string cat;
+    std::int64_t ts = 0;
+    std::int64_t dur = 0;
+    ptree args;
+
+    std::int64_t end() const { return ts + dur; }
+    std::string arg(const std::string& key) const { return args.get<std::string>(key, "-"); }
+};
+
+class TraceEvents : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ptClearRawData();
+        _file = std::filesystem::temp_directory_path() /
+                ("pt_trace_events_" + std::to_string(getpid()) + ".json");
+    }
+    void TearDown() override { std::filesystem::remove(_file); }
+
+    /// Exports the list and reads the trace back; every event must carry the five fields.
+    std::vector<Event> exportOf(PTRawDataVector& points, const TraceEventsRequest& request,
+                                TraceEventsSummary* summary = nullptr) {
+        TraceEventsSummary written;
+        EXPECT_TRUE(writeTraceEvents(*ptTracer(), _file.string(), points, request, written));
+        if (summary) {
+            *summary = written;
+        }
+        read_json(_file.string(), _trace);
+        std::vector<Event> events;
+        for (const auto& [key, node] : _trace.get_child("traceEvents")) {
+            for (const char* field : {"name", "ph", "ts", "pid", "tid"}) {
+                EXPECT_TRUE(node.get_child_optional(field)) << field << " missing";
+            }
+            Event event;
+            event.name = node.get<std::string>("name");
+            event.ph = node.get<std::string>("ph");
+            event.cat = node.get<std::string>("cat", "");
+            event.ts = node.get<std::int64_t>("ts");  // an integer, or the read throws
+            event.dur = node.get<std::int64_t>("dur", 0);
+            if (event.ph == "X") {
+                EXPECT_TRUE(node.get_child_optional("dur")) << event.name;
+            }
+            event.args = node.get_child("args", ptree());
+            events.push_back(event);
+        }
+        EXPECT_EQ(written.phases,
+                  static_cast<std::size_t>(std::count_if(
+                      events.begin(), events.end(), [](const Event& e) { return e.ph == "X"; })));
+        return events;
+    }
+
+    static std::vector<Event> ofKind(const std::vector<Event>& events, const std::string& ph) {
+        std::vector<Event> kind;
+        std::copy_if(events.begin(), events.end(), std::back_inserter(kind),
+                     [&](const Event& e) { return e.ph == ph; });
+        return kind;
+    }
+
+    std::filesystem::path _file;
+    ptree _trace;
+};
+
+TEST_F(TraceEvents, EachKindOfRow) {
+    const double mib = 1024.0 * 1024.0;
+    PTRawDataVector points = {
+        makePoint(0, "Run", "outer", true, 50.0, 7.0),
+        makePoint(1, "Run", "inner", true, 50.01, 7.01, "plant"),
+        makePoint(1, "Run", "inner", false, 50.02, 7.015, "plant"),
+        // half a second that no phase accounts for, then names to escape
+        makePoint(2, "Charts\\\"Build\"", "say \"hi\"\x01\xff", true, 50.52, 7.02, "plant"),
+        makePoint(2, "Charts\\\"Build\"", "say \"hi\"\x01\xff", false, 50.6, 7.1, "plant"),
+        makePoint(0, "Run", "outer", false, 50.61, 7.11)};
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const double usage = (10.0 + static_cast<double>(i)) * mib;
+        points[i]->_basicMem = boost::make_shared<pt::BasicMemStats>(usage, 2 * usage, 100 * mib);
+    }
+    points[0]->_statisticsTypeID = points[5]->_statisticsTypeID =
+        static_cast<std::int32_t>(ptNameID(PT_TABLE_STATISTICS_TYPE, "solver"));
+
+    TraceEventsRequest request;
+    request.processName = "nightly";
+    request.threadName = "GLOBAL";
+    const std::vector<Event> events = exportOf(points, request);
+
+    const std::vector<Event> meta = ofKind(events, "M");
+    ASSERT_EQ(meta.size(), 2u);
+    EXPECT_EQ(meta[0].name + "=" + meta[0].arg("name"), "process_name=nightly");
+    EXPECT_EQ(meta[1].name + "=" + meta[1].arg("name"), "thread_name=GLOBAL");
+
+    const struct {
+        const char* name;
+        const char* cat;
+        std::int64_t ts, dur;
+        const char* outline;
+        const char* model;
+        const char* machine;
+        const char* statisticsType;
+        std::int64_t cpuTimeUs;
+    } expected[] = {
+        {"outer", "Run", 0, 610000, "1", "-", "-", "solver", 110000},
+        {"inner", "Run", 10000, 10000, "1.1", "plant", "-", "-", 5000},
+        // a copy of the open phase, named after the phase before the wait
+        {"inner_post", kUnaccountedCategory, 20000, 500000, "1.2", "-", "-", "solver", 5000},
+        {"say \"hi\"\x01\xEF\xBF\xBD", "Charts\\\"Build\"", 520000, 80000, "1.3", "plant",
+         "machine", "-", 80000},
+    };
+    const std::vector<Event> phases = ofKind(events, "X");
+    ASSERT_EQ(phases.size(), std::size(expected));
+    for (std::size_t i = 0; i < phases.size(); ++i) {
+        const Event& e = phases[i];
+        SCOPED_TRACE(expected[i].name);
+        EXPECT_EQ(e.name, expected[i].name);
+        EXPECT_EQ(e.cat, expected[i].cat);
+        EXPECT_EQ(e.ts, expected[i].ts);
+        EXPECT_EQ(e.dur, expected[i].dur);
+        EXPECT_EQ(e.arg("outline"), expected[i].outline);
+        EXPECT_EQ(e.arg("model"), expected[i].model);
+        EXPECT_EQ(e.arg("target"), std::string(expected[i].model) == "-" ? "-" : "target");
+        EXPECT_EQ(e.arg("machine"), expected[i].machine);
+        EXPECT_EQ(e.arg("chart"), std::string(expected[i].machine) == "-" ? "-" : "chart");
+        EXPECT_EQ(e.arg("statisticsType"), expected[i].statisticsType);
+        EXPECT_EQ(e.args.get<std::int64_t>("cpuTimeUs"), expected[i].cpuTimeUs);
+    }
+
+    // Memory as counters at each row's start and end: the figures of the points logged there.
+    const std::vector<Event> counters = ofKind(events, "C");
+    ASSERT_EQ(counters.size(), 2 * phases.size());
+    std::map<std::int64_t, double> usageAt;
+    for (const Event& c : counters) {
+        EXPECT_EQ(c.name, "memory (MiB)");
+        EXPECT_NEAR(c.args.get<double>("virtual size"), 100.0, 1e-9);
+        usageAt[c.ts] = c.args.get<double>("usage");
+    }
+    const std::map<std::int64_t, double> logged = {{0, 10},      {10000, 11},  {20000, 12},
+                                                   {520000, 13}, {600000, 14}, {610000, 15}};
+    ASSERT_EQ(usageAt.size(), logged.size());
+    for (const auto& [ts, usage] : logged) {
+        EXPECT_NEAR(usageAt[ts], usage, 1e-9) << ts;
+    }
+    EXPECT_EQ(_trace.get<std::string>("otherData.selection"), "GLOBAL");
+}
+
+TEST_F(TraceEvents, NoCountersWithoutMemoryFigures) {
+    PTRawDataVector points = {makePoint(1, "Run", "solve", true, 1.0),
+                              makePoint(1, "Run", "solve", false, 1.5)};
+    const std::vector<Event> events = exportOf(points, {});
+    EXPECT_EQ(ofKind(events, "X").size(), 1u);
+    EXPECT_EQ(ofKind(events, "C").size(), 0u);
+}
+
+/// Every pair of complete events is either disjoint or one holds the other; in file order,
+/// which is the order of the starts.
+void expectNested(const std::vector<Event>& phases) {
+    std::vector<const Event*> open;
+    std::int64_t lastStart = INT64_MIN;
+    for (const Event& e : phases) {
+        ASSERT_GE(e.dur, 0) << e.name;
+        ASSERT_GE(e.ts, lastStart) << e.name << " starts before the event before it";
+        lastStart = e.ts;
+        while (!open.empty() && e.end() > open.back()->end()) {
+            ASSERT_GE(e.ts, open.back()->end())
+                << e.name << " " << e.arg("outline") << " overlaps " << open.back()->name << " "
+                << open.back()->arg("outline");
+            open.pop_back();
+        }
+        open.push_back(&e);
+    }
+}
+
+TEST_F(TraceEvents, RandomLogsFollowTheFormatsRules) {
+    using pt::testing::DirectMatchingPass;
+    using pt::testing::LogOptions;
+    const auto options = [](auto change) {
+        LogOptions o;
+        o.points = 300;
+        o.maxDepth = 6;
+        change(o);
+        return o;
+    };
+    const struct {
+        const char* what;
+        LogOptions log;
+        std::vector<std::string> names;
+        bool byModel;
+    } cases[] = {
+        {"gaps", options([](LogOptions& o) { o.gapChance = 0.25; }), {"GLOBAL"}, false},
+        {"unaccounted phases",
+         options([](LogOptions& o) { o.unaccountedChance = 0.1; }),
+         {"Alpha", "Beta"},
+         false},
+        {"clocks stepping backwards",
+         options([](LogOptions& o) { o.backwardsChance = 0.2; }),
+         {"GLOBAL"},
+         false},
+        {"broken instrumentation", options([](LogOptions& o) { o.faults = 3; }), {"GLOBAL"}, false},
+        {"one grouping", options([](LogOptions&) {}), {"Beta"}, false},
+        {"models", options([](LogOptions&) {}), {"engine"}, true},
+    };
+    for (const auto& c : cases) {
+        for (unsigned seed = 1; seed <= 25; ++seed) {
+            SCOPED_TRACE(std::string(c.what) + ", seed " + std::to_string(seed));
+            std::mt19937 rng(seed);
+            const PTRawDataVector log = pt::testing::randomLog(rng, c.log);
+            PTRawDataVector exported = pt::testing::copyLog(log);
+            TraceEventsRequest request;
+            request.names = c.names;
+            request.byModel = c.byModel;
+            TraceEventsSummary summary;
+            const std::vector<Event> phases = ofKind(exportOf(exported, request, &summary), "X");
+            expectNested(phases);
+
+            // The events are the pass's rows without the error rows, which are counted.
+            PTRawDataVector direct = pt::testing::copyLog(log);
+            DirectMatchingPass pass(c.byModel ? DirectMatchingPass::Variant::Models
+                                              : DirectMatchingPass::Variant::Groupings,
+                                    c.names);
+            pass.run(direct);
+            std::set<const PTDiagnosticInfo*> errorRows;
+            for (const auto& [point, row] : pass.map) {
+                if (row->_point->errorRow) {
+                    errorRows.insert(row.get());
+                }
+            }
+            EXPECT_EQ(summary.leftOut, errorRows.size());
+            std::vector<const PTOrviaProcessedDataPoint*> rows;
+            for (const auto& row : pass.startRows(direct)) {
+                if (!row->_point->errorRow) {
+                    rows.push_back(row->_point.get());
+                }
+            }
+            ASSERT_EQ(phases.size(), rows.size());
+            std::map<std::string, const Event*> byOutline;
+            for (std::size_t i = 0; i < rows.size(); ++i) {
+                const Event& e = phases[i];
+                const PTOrviaProcessedDataPoint& row = *rows[i];
+                ASSERT_EQ(e.name, ptDisplayPhaseName(ptGetPhaseStr(row._phaseID), false));
+                ASSERT_EQ(e.arg("outline"), row.HTMLPhaseNumString);
+                ASSERT_EQ(e.cat == kUnaccountedCategory, row.gapRow) << e.name;
+                if (c.log.backwardsChance == 0.0 && c.log.faults == 0) {
+                    // Clocks that only go forward are followed to the microsecond ...
+                    ASSERT_NEAR(static_cast<double>(e.dur), row.wcElapsedTime * 1e6, 1.0);
+                    // ... and each child lies inside the row its outline number names.
+                    const std::string& outline = row.HTMLPhaseNumString;
+                    if (const auto dot = outline.rfind('.'); dot != std::string::npos) {
+                        const Event* parent = byOutline.at(outline.substr(0, dot));
+                        ASSERT_GE(e.ts, parent->ts) << outline;
+                        ASSERT_LE(e.end(), parent->end()) << outline;
+                    }
+                    byOutline[outline] = &e;
+                }
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace pt::report
