@@ -29,6 +29,8 @@ struct Command {
 
 /// The report subcommands.
 std::vector<Command> reportCommands();
+/// The check of many runs against many.
+std::vector<Command> checkCommands();
 
 /// Every subcommand, in the order of the overview.
 const std::vector<Command>& commands();
