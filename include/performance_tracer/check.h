@@ -130,8 +130,8 @@ struct CheckResult {
 };
 
 /// Loads the runs and compares them. Raises pt::Error (runs.h) for a file that cannot be read,
-/// a run without points or with broken instrumentation, and std::invalid_argument for options
-/// out of range or an empty side.
+/// a run without points, with broken instrumentation or with times that are not finite, or
+/// runs without any phase; std::invalid_argument for options out of range or an empty side.
 PT_API CheckResult checkRuns(const CheckOptions& options);
 
 /// Writes a page with the verdicts and, per phase, the times of both sides' runs drawn beside

@@ -48,6 +48,11 @@ PTRunPhaseTimes runTimes(const std::string& file, const CheckOptions& options) {
                         "('ptreport diagnose " +
                         file + "') shows where");
     }
+    if (const std::string* phase = ptNonFinitePhase(*times)) {
+        throw Error("performance_tracer:Check:DamagedRun",
+                    "the times of '" + *phase + "' in " + file +
+                        " are not finite numbers: the file is damaged");
+    }
     return std::move(*times);
 }
 

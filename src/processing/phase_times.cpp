@@ -3,6 +3,8 @@
 #include <performance_tracer/names.h>
 #include <performance_tracer/tracer.h>
 
+#include <cmath>
+
 #include "processing/selection.h"
 
 PTRunPhaseTimes ptPhaseTimes(PerformanceTracer& tracer, const PTAggregateMap& aggregates,
@@ -15,6 +17,15 @@ PTRunPhaseTimes ptPhaseTimes(PerformanceTracer& tracer, const PTAggregateMap& ag
         entry.total += cpuClock ? aggregate->_cpuTotal : aggregate->_wcTotal;
     }
     return times;
+}
+
+const std::string* ptNonFinitePhase(const PTRunPhaseTimes& run) {
+    for (const auto& [phase, times] : run) {
+        if (!std::isfinite(times.self) || !std::isfinite(times.total)) {
+            return &phase;
+        }
+    }
+    return nullptr;
 }
 
 std::optional<PTRunPhaseTimes> ptRunPhaseTimes(PerformanceTracer& tracer, PTRawDataVector& raw,

@@ -28,6 +28,10 @@ using PTRunPhaseTimes = std::map<std::string, PTPhaseTimes>;
 PTRunPhaseTimes ptPhaseTimes(PerformanceTracer& tracer, const PTAggregateMap& aggregates,
                              bool cpuClock);
 
+/// The first phase of a run whose self or total time is not a finite number (only a damaged
+/// file holds such times, or sums beyond the range of a double); null if there is none.
+const std::string* ptNonFinitePhase(const PTRunPhaseTimes& run);
+
 /// The matching pass over a run for a grouping (and those below it), its aggregate and its
 /// times; nothing if the run's instrumentation is broken. The list receives the pass's
 /// generated points.

@@ -183,6 +183,14 @@ pt::CheckResult ptCheckRuns(const std::vector<PTRunPhaseTimes>& base,
         throw std::invalid_argument(std::string("no runs on the ") +
                                     (base.empty() ? "base" : "new") + " side");
     }
+    for (const auto* side : {&base, &changed}) {
+        for (const PTRunPhaseTimes& run : *side) {
+            if (const std::string* phase = ptNonFinitePhase(run)) {
+                throw std::invalid_argument("the times of '" + *phase +
+                                            "' are not finite numbers");
+            }
+        }
+    }
     pt::CheckResult result;
     result.options = options;
     result.confidence = 1.0 - options.alpha;

@@ -14,7 +14,7 @@
 void ptValidateCheckOptions(const pt::CheckOptions& options);
 
 /// Compares the two sides' runs phase by phase; the options' files are only copied into the
-/// result. Both sides must have runs.
+/// result. Both sides must have runs, and every time must be finite (std::invalid_argument).
 pt::CheckResult ptCheckRuns(const std::vector<PTRunPhaseTimes>& base,
                             const std::vector<PTRunPhaseTimes>& changed,
                             const pt::CheckOptions& options);

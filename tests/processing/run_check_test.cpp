@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <stdexcept>
 
@@ -176,7 +177,7 @@ TEST_F(RunCheck, TooFewRunsSayHowManyAreNeeded) {
     }
 }
 
-TEST_F(RunCheck, OptionsOutOfRangeAreRefused) {
+TEST_F(RunCheck, OptionsOutOfRangeAndDamagedTimesAreRefused) {
     const std::vector<PTRunPhaseTimes> runs(3, PTRunPhaseTimes{{"a", {1.0, 1.0}}});
     const auto refused = [&](auto change) {
         pt::CheckOptions options;
@@ -189,6 +190,12 @@ TEST_F(RunCheck, OptionsOutOfRangeAreRefused) {
     refused([](pt::CheckOptions& o) { o.alpha = 0.0; });
     refused([](pt::CheckOptions& o) { o.alpha = 0.6; });
     EXPECT_THROW(ptCheckRuns(runs, {}, pt::CheckOptions()), std::invalid_argument);
+    // Only a damaged file holds such times; they would make the ranks meaningless.
+    std::vector<PTRunPhaseTimes> damaged = runs;
+    damaged[1]["b"] = {1.0, std::numeric_limits<double>::quiet_NaN()};
+    EXPECT_THROW(ptCheckRuns(runs, damaged, pt::CheckOptions()), std::invalid_argument);
+    damaged[1]["b"] = {std::numeric_limits<double>::infinity(), 1.0};
+    EXPECT_THROW(ptCheckRuns(damaged, runs, pt::CheckOptions()), std::invalid_argument);
 }
 
 /// The calibration of the check, small and seeded: runs with known truth made from a real

@@ -98,6 +98,8 @@ refused "missing run" --base missing.hvf "${base[@]}" --new "${new[@]}"
 grep -q "missing.hvf" err || fail "the error does not name the file"
 refused "broken run" --base runs/broken.hvf "${base[@]}" --new "${new[@]}"
 grep -q "ptreport diagnose runs/broken.hvf" err || fail "a broken run: $(cat err)"
+refused "damaged run" --base runs/damaged.hvf --new runs/new1.hvf
+grep -q "not finite numbers: the file is damaged" err || fail "a damaged run: $(cat err)"
 refused "no phases" --base runs/base1.hvf --new runs/new1.hvf --grouping Nothing
 refused "unwritable page" --base runs/base1.hvf --new runs/new1.hvf -o /nonexistent/folder/s.html
 

@@ -9,6 +9,7 @@
 // new1.hvf ... new8.hvf     "sort blocks" 50% slower, "outputs" 30% faster, and a new phase,
 //                           "check limits", at the end
 // broken.hvf                a run whose last phase never ends
+// damaged.hvf               a run with a time that is not a number
 
 #include <performance_tracer/tracer.h>
 
@@ -18,6 +19,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <limits>
 #include <random>
 #include <string>
 
@@ -83,5 +85,8 @@ int main(int argc, char** argv) {
     PTRawDataVector broken = pt::testing::copyLog(log);
     broken.pop_back();
     save(folder / "broken.hvf", broken);
+    PTRawDataVector damaged = pt::testing::copyLog(log);
+    damaged[3]->_wcTime = std::numeric_limits<double>::quiet_NaN();
+    save(folder / "damaged.hvf", damaged);
     return 0;
 }
