@@ -3,11 +3,15 @@
 // need no more memory than one.
 
 #include <performance_tracer/check.h>
+#include <performance_tracer/constants.h>
 #include <performance_tracer/names.h>
 #include <performance_tracer/runs.h>
 #include <performance_tracer/tracer.h>
 
 #include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "messages.h"
 #include "persistence.h"
@@ -79,10 +83,11 @@ CheckResult checkRuns(const CheckOptions& options) {
     const std::vector<PTRunPhaseTimes> changed = loadSide(options.newFiles, options, "new");
     CheckResult result = ptCheckRuns(base, changed, options);
     if (result.phases.empty()) {
-        throw Error("performance_tracer:Check:NoPhases",
-                    options.grouping == "GLOBAL" ? std::string("the runs have no phases")
-                                                 : "the runs have no phases in the grouping '" +
-                                                       options.grouping + "' or below it");
+        throw Error(
+            "performance_tracer:Check:NoPhases",
+            options.grouping == pt::kGlobalGrouping
+                ? std::string("the runs have no phases")
+                : "the runs have no phases in the grouping '" + options.grouping + "' or below it");
     }
     return result;
 }
