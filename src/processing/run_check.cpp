@@ -68,9 +68,10 @@ PhaseCheck compared(const std::string& phase, const char* time, std::vector<doub
     const std::vector<double> y = logsOf(changed);
     check.base = sideOf(std::move(base));
     check.changed = sideOf(std::move(changed));
-    const auto [lowest, highest] = std::minmax_element(x.begin(), x.end());
-    check.tested = std::any_of(y.begin(), y.end(), [&](double v) { return v != *lowest; }) ||
-                   *lowest != *highest;
+    const auto range = std::minmax_element(x.begin(), x.end());
+    const double lowest = *range.first;
+    check.tested = lowest != *range.second ||
+                   std::any_of(y.begin(), y.end(), [lowest](double v) { return v != lowest; });
     if (check.tested) {
         check.p = pt::stats::mannWhitney(x, y).p;
     }
@@ -186,8 +187,7 @@ pt::CheckResult ptCheckRuns(const std::vector<PTRunPhaseTimes>& base,
     for (const auto* side : {&base, &changed}) {
         for (const PTRunPhaseTimes& run : *side) {
             if (const std::string* phase = ptNonFinitePhase(run)) {
-                throw std::invalid_argument("the times of '" + *phase +
-                                            "' are not finite numbers");
+                throw std::invalid_argument("the times of '" + *phase + "' are not finite numbers");
             }
         }
     }
