@@ -4,6 +4,7 @@
 // calls, are in <performance_tracer/module.h>.
 
 #include <performance_tracer/aggregation.h>
+#include <performance_tracer/check.h>
 #include <performance_tracer/comparison.h>
 #include <performance_tracer/constants.h>
 #include <performance_tracer/data_blocks.h>

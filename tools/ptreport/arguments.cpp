@@ -4,12 +4,18 @@
 
 namespace ptreport {
 
+namespace {
+
+bool isOption(const std::string& word) { return word.size() >= 2 && word[0] == '-'; }
+
+}  // namespace
+
 Arguments::Arguments(const std::vector<std::string>& words,
                      const std::vector<OptionSpec>& options) {
     bool optionsEnded = false;
     for (std::size_t i = 0; i < words.size(); ++i) {
         std::string word = words[i];
-        if (optionsEnded || word.size() < 2 || word[0] != '-') {
+        if (optionsEnded || !isOption(word)) {
             _inputs.push_back(word);
             continue;
         }
@@ -32,6 +38,20 @@ Arguments::Arguments(const std::vector<std::string>& words,
                                        [&](const OptionSpec& o) { return o.name == name; });
         if (word.rfind("--", 0) != 0 || spec == options.end()) {
             throw UsageError("unknown option " + words[i]);
+        }
+        if (spec->takesList) {
+            std::vector<std::string>& list = _values[name];
+            if (inlineValue) {
+                list.push_back(value);
+            }
+            const std::size_t before = list.size();
+            while (i + 1 < words.size() && !isOption(words[i + 1])) {
+                list.push_back(words[++i]);
+            }
+            if (!inlineValue && list.size() == before) {
+                throw UsageError("--" + name + " needs at least one value");
+            }
+            continue;
         }
         if (!spec->takesValue) {
             if (inlineValue) {

@@ -18,10 +18,12 @@ public:
 };
 
 /// An option a subcommand takes: "--name VALUE" (or "--name=VALUE"), or a flag without value.
+/// A list takes every word up to the next option: "--name V1 V2 ..."; given again, it goes on.
 struct OptionSpec {
     std::string name;
     bool takesValue = true;
     bool repeatable = false;
+    bool takesList = false;
 };
 
 class Arguments {

@@ -7,8 +7,10 @@ namespace ptreport {
 const std::vector<Command>& commands() {
     static const std::vector<Command> all = [] {
         std::vector<Command> list = reportCommands();
-        for (Command& command : exportCommands()) {
-            list.push_back(std::move(command));
+        for (std::vector<Command> more : {exportCommands(), checkCommands()}) {
+            for (Command& command : more) {
+                list.push_back(std::move(command));
+            }
         }
         return list;
     }();

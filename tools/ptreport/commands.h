@@ -31,6 +31,8 @@ struct Command {
 std::vector<Command> reportCommands();
 /// The export subcommands.
 std::vector<Command> exportCommands();
+/// The check of many runs against many.
+std::vector<Command> checkCommands();
 
 /// Every subcommand, in the order of the overview.
 const std::vector<Command>& commands();
