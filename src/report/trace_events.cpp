@@ -180,7 +180,7 @@ private:
             _file.raw("null");
         }
         // An outline number is digits and dots, which need no escaping.
-        _file.raw(",\"outline\":\"").raw(row.HTMLPhaseNumString).raw("\"}}");
+        _file.raw(",\"outline\":\"").raw(row.HTMLPhaseNumString.str()).raw("\"}}");
         ++_phases;
     }
 
