@@ -34,12 +34,12 @@ Arguments::Arguments(const std::vector<std::string>& words,
             name.resize(equals);
             inlineValue = true;
         }
-        const auto spec = std::find_if(options.begin(), options.end(),
-                                       [&](const OptionSpec& o) { return o.name == name; });
-        if (word.rfind("--", 0) != 0 || spec == options.end()) {
+        const auto known = std::find_if(options.begin(), options.end(),
+                                        [&](const OptionSpec& o) { return o.name == name; });
+        if (word.rfind("--", 0) != 0 || known == options.end()) {
             throw UsageError("unknown option " + words[i]);
         }
-        if (spec->takesList) {
+        if (known->takesList) {
             std::vector<std::string>& list = _values[name];
             if (inlineValue) {
                 list.push_back(value);
@@ -53,7 +53,7 @@ Arguments::Arguments(const std::vector<std::string>& words,
             }
             continue;
         }
-        if (!spec->takesValue) {
+        if (!known->takesValue) {
             if (inlineValue) {
                 throw UsageError("--" + name + " takes no value");
             }
@@ -63,7 +63,7 @@ Arguments::Arguments(const std::vector<std::string>& words,
             }
             value = words[++i];
         }
-        if (!spec->repeatable && has(name)) {
+        if (!known->repeatable && has(name)) {
             throw UsageError("--" + name + " given twice");
         }
         _values[name].push_back(value);
