@@ -121,8 +121,21 @@
 
         // ---- figures ----
 
+        // The record fields of each side, named once: the loops over every row read them by
+        // these names instead of joining the side and the field at each read.
+        var sideFields = (function() {
+            var fields = {};
+            Object.keys(sides).forEach(function(side) {
+                var named = function(field) { return side + '_' + field; };
+                fields[side] = {start: startFields.map(named), total: totalFields.map(named),
+                                nonProcess: named('NonProcess'), nonProcessStart: named('NonProcessStart'),
+                                free: named('Free'), freeStart: named('FreeStart')};
+            });
+            return fields;
+        })();
+
         function sidePresent(side, row) {
-            return Number(procData[row][side + '_NonProcessStart']) != -99.99;
+            return Number(procData[row][sideFields[side].nonProcessStart]) != -99.99;
         }
 
         // Which row stands in for each row of a side, in one pass over the data.
@@ -148,7 +161,7 @@
                 return 0;
             }
             var from = figureRow[side][row];
-            return from < 0 ? 0 : Number(procData[from][side + '_' + startFields[category]]) || 0;
+            return from < 0 ? 0 : Number(procData[from][sideFields[side].start[category]]) || 0;
         }
 
         // A category's figures of a side on rows begin..end.
@@ -165,21 +178,23 @@
         function findMaxima() {
             for (var s in sides) {
                 var figures = sides[s];
-                for (var i = 0; i < realRows(); i++) {
+                var fields = sideFields[s];
+                var rows = realRows();
+                for (var i = 0; i < rows; i++) {
                     if (!sidePresent(s, i)) {
                         continue;
                     }
                     var record = procData[i];
                     var total = 0, start = 0;
                     for (var c = 0; c < colors.length; c++) {
-                        total += Number(record[s + '_' + totalFields[c]]) || 0;
-                        start += Number(record[s + '_' + startFields[c]]) || 0;
+                        total += Number(record[fields.total[c]]) || 0;
+                        start += Number(record[fields.start[c]]) || 0;
                     }
                     figures.max = Math.max(figures.max, total, start);
-                    figures.kernelResMin = Math.min(figures.kernelResMin, Number(record[s + '_NonProcess']) || 0,
-                                                    Number(record[s + '_NonProcessStart']) || 0);
-                    figures.freeMemMin = Math.min(figures.freeMemMin, Number(record[s + '_Free']) || 0,
-                                                  Number(record[s + '_FreeStart']) || 0);
+                    figures.kernelResMin = Math.min(figures.kernelResMin, Number(record[fields.nonProcess]) || 0,
+                                                    Number(record[fields.nonProcessStart]) || 0);
+                    figures.freeMemMin = Math.min(figures.freeMemMin, Number(record[fields.free]) || 0,
+                                                  Number(record[fields.freeStart]) || 0);
                 }
                 if (figures.max > 5000) {
                     figures.zoomed = true;
