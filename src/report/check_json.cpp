@@ -6,83 +6,17 @@
 
 #include <charconv>
 #include <cmath>
-#include <cstdio>
 #include <string>
 #include <string_view>
 
-namespace {
+#include "report/json_file.h"
 
-/// The length of a well-formed UTF-8 sequence at text[at] that is not ASCII; 0 if it is
-/// malformed.
-std::size_t sequenceLength(std::string_view text, std::size_t at) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = byte(at);
-    std::size_t length = 0;
-    unsigned char low = 0x80, high = 0xBF;  // the range of the second byte
-    if (lead >= 0xC2 && lead <= 0xDF) {
-        length = 2;
-    } else if (lead >= 0xE0 && lead <= 0xEF) {
-        length = 3;
-        low = lead == 0xE0 ? 0xA0 : 0x80;
-        high = lead == 0xED ? 0x9F : 0xBF;
-    } else if (lead >= 0xF0 && lead <= 0xF4) {
-        length = 4;
-        low = lead == 0xF0 ? 0x90 : 0x80;
-        high = lead == 0xF4 ? 0x8F : 0xBF;
-    } else {
-        return 0;
-    }
-    if (at + length > text.size() || byte(at + 1) < low || byte(at + 1) > high) {
-        return 0;
-    }
-    for (std::size_t i = 2; i < length; ++i) {
-        if (byte(at + i) < 0x80 || byte(at + i) > 0xBF) {
-            return 0;
-        }
-    }
-    return length;
-}
+namespace {
 
 class Json {
 public:
     void string(std::string_view text) {
-        _out += '"';
-        for (std::size_t i = 0; i < text.size();) {
-            const auto c = static_cast<unsigned char>(text[i]);
-            if (c >= 0x80) {
-                const std::size_t length = sequenceLength(text, i);
-                const std::string_view sequence = text.substr(i, length);
-                if (length == 0) {
-                    _out += "\\ufffd";  // a byte that is no character
-                    ++i;
-                    continue;
-                }
-                _out += sequence == "\xE2\x80\xA8"   ? "\\u2028"
-                        : sequence == "\xE2\x80\xA9" ? "\\u2029"
-                                                     : std::string(sequence);
-                i += length;
-                continue;
-            }
-            switch (c) {
-                case '"': _out += "\\\""; break;
-                case '\\': _out += "\\\\"; break;
-                case '\n': _out += "\\n"; break;
-                case '\t': _out += "\\t"; break;
-                case '<': _out += "\\u003c"; break;
-                case '>': _out += "\\u003e"; break;
-                case '&': _out += "\\u0026"; break;
-                default:
-                    if (c < 0x20 || c == 0x7F) {
-                        char escaped[8];
-                        std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
-                        _out += escaped;
-                    } else {
-                        _out += static_cast<char>(c);
-                    }
-            }
-            ++i;
-        }
-        _out += '"';
+        pt::report::appendJsonString(_out, text, pt::report::EPTJsonUse::Script);
         _fresh = false;
     }
 

@@ -45,9 +45,14 @@ std::size_t utf8Length(std::string_view text) {
 
 }  // namespace
 
-std::string jsonString(std::string_view text) {
-    std::string out;
-    out.reserve(text.size() + 2);
+void appendJsonString(std::string& out, std::string_view text, EPTJsonUse use) {
+    static constexpr char kHex[] = "0123456789abcdef";
+    const auto unicode = [&out](unsigned char c) {
+        out += "\\u00";
+        out += kHex[c >> 4];
+        out += kHex[c & 0xF];
+    };
+    const bool inScript = use == EPTJsonUse::Script;
     out += '"';
     while (!text.empty()) {
         const unsigned char c = static_cast<unsigned char>(text.front());
@@ -59,14 +64,14 @@ std::string jsonString(std::string_view text) {
             case '\r': out += "\\r"; break;
             case '\t': out += "\\t"; break;
             default:
-                if (c < 0x20) {
-                    static constexpr char kHex[] = "0123456789abcdef";
-                    out += "\\u00";
-                    out += kHex[c >> 4];
-                    out += kHex[c & 0xF];
+                if (c < 0x20 || (inScript && (c == '<' || c == '>' || c == '&' || c == 0x7F))) {
+                    unicode(c);
                 } else if ((length = utf8Length(text)) == 0) {
                     out += "\\ufffd";
                     length = 1;
+                } else if (inScript && length == 3 && text.substr(0, 2) == "\xE2\x80" &&
+                           (text[2] == '\xA8' || text[2] == '\xA9')) {
+                    out += text[2] == '\xA8' ? "\\u2028" : "\\u2029";
                 } else {
                     out.append(text.data(), length);
                 }
@@ -74,6 +79,12 @@ std::string jsonString(std::string_view text) {
         text.remove_prefix(length);
     }
     out += '"';
+}
+
+std::string jsonString(std::string_view text, EPTJsonUse use) {
+    std::string out;
+    out.reserve(text.size() + 2);
+    appendJsonString(out, text, use);
     return out;
 }
 

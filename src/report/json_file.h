@@ -13,10 +13,16 @@
 
 namespace pt::report {
 
+/// Where a JSON text goes: a file of its own, or inside a page's script element, where "<",
+/// ">", "&", DEL and the line separators U+2028 and U+2029 are escaped too.
+enum class EPTJsonUse { File, Script };
+
 /// A text as a JSON string, quotes included: the quote mark, the backslash and the control
 /// characters escaped, and every byte that is not part of well-formed UTF-8 replaced by U+FFFD,
 /// so that any name from data gives text that every JSON reader takes.
-std::string jsonString(std::string_view text);
+std::string jsonString(std::string_view text, EPTJsonUse use = EPTJsonUse::File);
+/// The same, appended to out.
+void appendJsonString(std::string& out, std::string_view text, EPTJsonUse use = EPTJsonUse::File);
 
 class JsonFile {
 public:
