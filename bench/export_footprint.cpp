@@ -10,39 +10,21 @@
 #include <performance_tracer/runs.h>
 #include <performance_tracer/tracer.h>
 
-#include <malloc.h>
-
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include <unistd.h>
 
 #include "bench_log.h"
+#include "resident_memory.h"
+
+using bench::startPeak;
+using bench::statusKiB;
 
 namespace {
-
-/// A line of /proc/self/status, in KiB.
-long statusKiB(const std::string& field) {
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    while (std::getline(status, line)) {
-        if (line.rfind(field, 0) == 0) {
-            return std::stol(line.substr(field.size()));
-        }
-    }
-    return 0;
-}
-
-/// Returns freed memory to the system and starts a new high-water mark; the resident size.
-long startPeak() {
-    malloc_trim(0);
-    std::ofstream("/proc/self/clear_refs") << "5";
-    return statusKiB("VmRSS:");
-}
 
 /// Runs a step that writes file (none if empty) and prints its time, peak and file size.
 template <typename Step>

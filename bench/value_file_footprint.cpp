@@ -11,31 +11,15 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <utility>
 
+#include "resident_memory.h"
 #include "value_file_common.h"
 
+using bench::startPeak;
+using bench::statusKiB;
+
 namespace {
-
-/// A line of /proc/self/status, in KiB.
-long statusKiB(const std::string& field) {
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    while (std::getline(status, line)) {
-        if (line.rfind(field, 0) == 0) {
-            return std::stol(line.substr(field.size()));
-        }
-    }
-    return 0;
-}
-
-/// Returns freed memory to the system and starts a new high-water mark; the resident size.
-long startPeak() {
-    malloc_trim(0);
-    std::ofstream("/proc/self/clear_refs") << "5";
-    return statusKiB("VmRSS:");
-}
 
 /// Runs a step and prints its time and peak; the peak and what the step left held, in KiB
 /// above what was held before.
