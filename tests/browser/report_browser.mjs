@@ -91,3 +91,19 @@ export async function openChart(browser, name, prepare = null, viewport = { widt
 
 export const printedOn = (page, canvas) =>
   page.evaluate((id) => window.printed.filter((p) => p.canvas === id).map((p) => p.text), canvas);
+
+/// Clicks at point in a window that ends just below it, on the memory chart's column of a popup
+/// wider than the window, and checks that the popup and its close box are kept inside the
+/// window; returns the close box.
+export async function clickWidePopup(page, point) {
+  await page.setViewportSize({ width: 1000, height: Math.round(point.y) + 30 });
+  await page.mouse.click(point.x, point.y);
+  const [box, close, view] = await page.evaluate(() => [
+    document.querySelector('#popupDiv100 table').getBoundingClientRect().toJSON(),
+    document.getElementById('popupClose100').getBoundingClientRect().toJSON(),
+    [document.documentElement.clientWidth, document.documentElement.clientHeight]]);
+  assert.ok(box.width > view[0], 'the popup is wider than the window');
+  assert.ok(box.right <= view[0] && box.top >= 0 && box.bottom <= view[1], JSON.stringify(box));
+  assert.ok(close.left >= 0 && close.right <= view[0] && close.top >= 0 && close.bottom <= view[1]);
+  return close;
+}

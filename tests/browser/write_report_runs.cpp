@@ -103,6 +103,18 @@ void save(const std::filesystem::path& file, const hvArray* systemInfo = nullptr
     }
 }
 
+/// A system-information struct whose every field holds the text made from its name.
+hvUniqueArray systemInfoOf(const std::function<std::string(const std::string&)>& text) {
+    const char* fields[] = {"processorStr",     "cpuSpeedStr",         "numCoresStr",
+                            "totalPhysMemStr",  "operatingSystemStr",  "OrviaVersionStr",
+                            "javaVMVersionStr", "installedProductsStr"};
+    hvUniqueArray info(hvCreateStructMatrix(1, 1, 8, fields));
+    for (int f = 0; f < 8; ++f) {
+        hvSetFieldByNumber(info.get(), 0, f, hvCreateString(text(fields[f])));
+    }
+    return info;
+}
+
 /// A session of the three tools; the second variant runs longer, uses more memory, and has
 /// "link model" where the first has "load model".
 void logMemorySession(int variant) {
@@ -245,14 +257,8 @@ void writeHostileRun(const std::filesystem::path& file) {
     ptEnableGlobalLogging(false);
     stampPoints(1.0);
 
-    const char* fields[] = {"processorStr",     "cpuSpeedStr",         "numCoresStr",
-                            "totalPhysMemStr",  "operatingSystemStr",  "OrviaVersionStr",
-                            "javaVMVersionStr", "installedProductsStr"};
-    const hvUniqueArray info(hvCreateStructMatrix(1, 1, 8, fields));
-    for (int f = 0; f < 8; ++f) {
-        hvSetFieldByNumber(info.get(), 0, f,
-                           hvCreateString("<i>" + std::string(fields[f]) + "</i> & \"more\""));
-    }
+    const hvUniqueArray info =
+        systemInfoOf([](const std::string& field) { return "<i>" + field + "</i> & \"more\""; });
     save(file, info.get());
 }
 
@@ -268,14 +274,8 @@ void writeLineBreakRun(const std::filesystem::path& file) {
     Log::orvia("first\rline", false);
     ptEnableGlobalLogging(false);
     stampPoints(1.0);
-    const char* fields[] = {"processorStr",     "cpuSpeedStr",         "numCoresStr",
-                            "totalPhysMemStr",  "operatingSystemStr",  "OrviaVersionStr",
-                            "javaVMVersionStr", "installedProductsStr"};
-    const hvUniqueArray info(hvCreateStructMatrix(1, 1, 8, fields));
-    for (int f = 0; f < 8; ++f) {
-        hvSetFieldByNumber(info.get(), 0, f,
-                           hvCreateString(std::string(fields[f]) + "\r\u2028\u2029end"));
-    }
+    const hvUniqueArray info =
+        systemInfoOf([](const std::string& field) { return field + "\r\u2028\u2029end"; });
     save(file, info.get());
 }
 
