@@ -5,17 +5,81 @@ import { chromium } from 'playwright-core';
 import assert from 'node:assert/strict';
 import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
+import { fileURLToPath } from 'node:url';
 
 export const reports = process.env.PT_REPORTS;
 const executablePath = process.env.PT_CHROMIUM || '/usr/lib/chromium/chromium';
 
 export async function launch() {
   assert.ok(reports && existsSync(reports), 'PT_REPORTS must name the folder of generated reports');
-  return chromium.launch({
+  const browser = await chromium.launch({
     executablePath,
     args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
            '--disable-background-networking', '--disable-component-update', '--disable-sync'],
   });
+  if (process.env.PT_JS_COVERAGE) recordCoverage(browser, process.env.PT_JS_COVERAGE);
+  return browser;
+}
+
+// ---- Coverage of the page scripts ----
+// With PT_JS_COVERAGE set to a folder, every page records which lines of each page script ran
+// and writes them there as it closes, as { "file.js": [line, ...] } per page.
+
+const pagesFolder = fileURLToPath(new URL('../../src/report/pages/', import.meta.url));
+const pageScripts = ['aggregate_tab.js', 'call_tree_filter.js', 'call_tree_tab.js',
+  'check_summary.js', 'details_tab.js', 'mem_chart.js', 'mem_chart_common.js',
+  'mem_chart_diff.js', 'quicksort.js', 'tab_script.js', 'table_engine.js']
+  .map((name) => ({ name, text: readFileSync(join(pagesFolder, name), 'utf8') }));
+let coverageFiles = 0;
+
+function recordCoverage(browser, folder) {
+  mkdirSync(folder, { recursive: true });
+  const open = new Set();
+  const save = async (page) => {
+    if (!open.delete(page)) return;
+    const lines = {};
+    for (const entry of await page.coverage.stopJSCoverage()) {
+      for (const script of pageScripts) {
+        const start = entry.source?.indexOf(script.text) ?? -1;
+        if (start >= 0) (lines[script.name] ??= new Set());
+        if (start >= 0) linesRun(entry, start, script.text).forEach((l) => lines[script.name].add(l));
+      }
+    }
+    const out = Object.fromEntries(Object.entries(lines).map(([k, v]) => [k, [...v]]));
+    writeFileSync(join(folder, `${process.pid}-${coverageFiles++}.json`), JSON.stringify(out));
+  };
+  const newPage = browser.newPage.bind(browser);
+  browser.newPage = async (...options) => {
+    const page = await newPage(...options);
+    await page.coverage.startJSCoverage({ resetOnNavigation: false });
+    open.add(page);
+    const close = page.close.bind(page);
+    page.close = async (...how) => { await save(page); return close(...how); };
+    return page;
+  };
+  const closeBrowser = browser.close.bind(browser);
+  browser.close = async () => { for (const page of [...open]) await save(page); return closeBrowser(); };
+}
+
+/// The lines of a script, found at start in a page's script, whose first character ran: the
+/// count of an offset is the count of the smallest range that holds it.
+function linesRun(entry, start, text) {
+  const ranges = entry.functions.flatMap((f) => f.ranges)
+    .filter((r) => r.endOffset > start && r.startOffset < start + text.length)
+    .sort((a, b) => (b.endOffset - b.startOffset) - (a.endOffset - a.startOffset));
+  const run = [];
+  let offset = 0;
+  text.split('\n').forEach((line, index) => {
+    const first = line.search(/\S/);
+    if (first >= 0) {
+      const at = start + offset + first;
+      let count = 0;
+      for (const r of ranges) if (r.startOffset <= at && at < r.endOffset) count = r.count;
+      if (count > 0) run.push(index + 1);
+    }
+    offset += line.length + 1;
+  });
+  return run;
 }
 
 /// A report opened on its first tab; errors holds every uncaught script error of the page.
