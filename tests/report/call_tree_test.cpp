@@ -18,6 +18,17 @@ namespace {
 
 using pt::testing::makePoint;
 
+/// The call tree of the rows, keyed and folded.
+PTCallTreeList fold(const PTProcessedData& data) {
+    PTCallTreeList roots;
+    ptBuildCallTree(data, roots);
+    for (const auto& root : roots) {
+        ptCallTreeKey(*root);
+    }
+    ptMergeCallTreeSiblings(roots);
+    return roots;
+}
+
 /// A log written as nested calls: phase("a", [&] { phase("b"); }) logs a around b, each point
 /// 10 ms after the last; wait() leaves a gap.
 class Log {
@@ -33,16 +44,7 @@ public:
 
     PTProcessedData processed() { return ptGetProcessedDataForGroupings(&points, {"Run"}); }
 
-    PTCallTreeList folded() {
-        data = processed();
-        PTCallTreeList roots;
-        ptBuildCallTree(data, roots);
-        for (const auto& root : roots) {
-            ptCallTreeKey(*root);
-        }
-        ptMergeCallTreeSiblings(roots);
-        return roots;
-    }
+    PTCallTreeList folded() { return fold(data = processed()); }
 
     PTRawDataVector points;
     PTProcessedData data;
@@ -66,32 +68,36 @@ PTCallTreeNodePtr node(std::uint32_t key, std::vector<std::int32_t> ids, bool is
     return made;
 }
 
-std::vector<std::uint32_t> keysOf(const PTCallTreeList& list) {
-    std::vector<std::uint32_t> keys;
-    for (const auto& entry : list) {
-        keys.push_back(entry->key);
+/// The list as key, * for a gap, [IDs] and (children): "10[1,5](40[2]) 9*[3]".
+std::string shape(const PTCallTreeList& list) {
+    std::string text;
+    for (const auto& at : list) {
+        text += (text.empty() ? "" : " ") + std::to_string(at->key) + (at->isGap ? "*[" : "[");
+        for (std::size_t k = 0; k < at->IDs.size(); ++k) {
+            text += (k > 0 ? "," : "") + std::to_string(at->IDs[k]);
+        }
+        text += at->children.empty() ? "]" : "](" + shape(at->children) + ")";
     }
-    return keys;
+    return text;
 }
 
 TEST(CallTree, OutlineNumbersOfDirectChildren) {
-    EXPECT_TRUE(ptIsDirectChildNumber("1", "1.1"));
-    EXPECT_TRUE(ptIsDirectChildNumber("1.2", "1.2.13"));
-    EXPECT_FALSE(ptIsDirectChildNumber("1", "1.1.1"));
-    EXPECT_FALSE(ptIsDirectChildNumber("1", "2.1"));
-    EXPECT_FALSE(ptIsDirectChildNumber("1", "11.1"));
-    EXPECT_FALSE(ptIsDirectChildNumber("1.2", "1.3.1"));
-    EXPECT_FALSE(ptIsDirectChildNumber("1", "2"));
-    EXPECT_FALSE(ptIsDirectChildNumber("", ""));
-    EXPECT_FALSE(ptIsDirectChildNumber("1.1", "1"));
-}
-
-TEST(CallTree, IdHashIsTheFoldedDigestOfTheIdsBytes) {
-    // MD5 of the four bytes, its words added modulo 2^32.
+    for (const auto& [a, b] : {std::pair{"1", "1.1"}, {"1.2", "1.2.13"}}) {
+        EXPECT_TRUE(ptIsDirectChildNumber(a, b)) << a << " " << b;
+    }
+    for (const auto& [a, b] : {std::pair{"1", "1.1.1"},
+                               {"1", "2.1"},
+                               {"1", "11.1"},
+                               {"1.2", "1.3.1"},
+                               {"1", "2"},
+                               {"", ""},
+                               {"1.1", "1"}}) {
+        EXPECT_FALSE(ptIsDirectChildNumber(a, b)) << a << " " << b;
+    }
+    // MD5 of the id's four bytes, its words added modulo 2^32.
     EXPECT_EQ(ptFoldIdHash(0), 937169022u);
     EXPECT_EQ(ptFoldIdHash(1), 2078896056u);
     EXPECT_EQ(ptFoldIdHash(-1), 4086641230u);
-    EXPECT_EQ(ptFoldIdHash(7), ptFoldIdHash(7));
 }
 
 TEST(CallTree, TenEqualCallsFoldIntoOneNode) {
@@ -151,14 +157,10 @@ TEST(CallTree, GapsKeepTheKeyOfTheirPhaseAndAddNothingToTheParent) {
     ASSERT_TRUE(gap.isGap);
     const auto& gapRow = *log.data._rows.at(gap.IDs[0])->_point;
     EXPECT_TRUE(gapRow.gapRow);
-    EXPECT_EQ(gap.key, ptFoldIdHash(gapRow.phaseID()));
-
     const std::uint32_t own = roots[0]->key;
-    const std::uint32_t x = children[0]->key;
-    const std::uint32_t y = children[2]->key;
     EXPECT_EQ(ptCallTreeKey(gap), 0u);
     EXPECT_EQ(gap.key, ptFoldIdHash(gapRow.phaseID()));
-    EXPECT_EQ(ptCallTreeKey(*roots[0]), own + x + y);
+    EXPECT_EQ(ptCallTreeKey(*roots[0]), own + children[0]->key + children[2]->key);
 
     // After a gap the next child is compared with 0: a repeated call counts twice.
     PTCallTreeNode parent;
@@ -168,47 +170,40 @@ TEST(CallTree, GapsKeepTheKeyOfTheirPhaseAndAddNothingToTheParent) {
 }
 
 TEST(CallTree, MergingChildrenAroundGaps) {
-    // A gap on a's side is stepped over.
-    PTCallTreeNode a, b;
-    a.children = {node(90, {1}, true), node(10, {2})};
-    b.children = {node(10, {7})};
-    ptMergeCallTreeChildren(a, b);
-    EXPECT_EQ(keysOf(a.children), (std::vector<std::uint32_t>{90, 10}));
-    EXPECT_EQ(a.children[1]->IDs, (std::vector<std::int32_t>{2, 7}));
-
-    // A gap on b's side is taken over before the present child.
-    PTCallTreeNode c, d;
-    c.children = {node(10, {2})};
-    d.children = {node(91, {6}, true), node(10, {7})};
-    ptMergeCallTreeChildren(c, d);
-    EXPECT_EQ(keysOf(c.children), (std::vector<std::uint32_t>{91, 10}));
-    EXPECT_EQ(c.children[0]->IDs, (std::vector<std::int32_t>{6}));
-    EXPECT_EQ(c.children[1]->IDs, (std::vector<std::int32_t>{2, 7}));
-
-    // The walk of a's children goes on from the round's number after a gap is taken over:
-    // an unmatched child of b is dropped in round 1, the gap comes in at round 2, and the
-    // walk resumes at a's third child.
-    PTCallTreeNode e, f;
-    e.children = {node(10, {1}), node(20, {2})};
-    f.children = {node(30, {5}), node(92, {6}, true), node(20, {7})};
-    ptMergeCallTreeChildren(e, f);
-    EXPECT_EQ(keysOf(e.children), (std::vector<std::uint32_t>{92, 10, 20}));
-    EXPECT_EQ(e.children[1]->IDs, (std::vector<std::int32_t>{1}));
-    EXPECT_EQ(e.children[2]->IDs, (std::vector<std::int32_t>{2, 7}));
-
-    // Equal children merge their own children in turn; what is left of b is dropped.
-    PTCallTreeNode g, h;
-    g.children = {node(10, {1}, false, {node(40, {2})})};
-    h.children = {node(10, {5}, false, {node(40, {6})}), node(50, {7})};
-    ptMergeCallTreeChildren(g, h);
-    ASSERT_EQ(g.children.size(), 1u);
-    EXPECT_EQ(g.children[0]->children[0]->IDs, (std::vector<std::int32_t>{2, 6}));
-
-    // Nothing happens when either side has no children.
-    PTCallTreeNode empty, full;
-    full.children = {node(10, {1})};
-    ptMergeCallTreeChildren(empty, full);
-    EXPECT_TRUE(empty.children.empty());
+    const auto gap = [](std::uint32_t key, std::int32_t id) { return node(key, {id}, true); };
+    const struct {
+        const char* what;
+        PTCallTreeList a, b;
+        const char* merged;
+    } cases[] = {
+        {"a gap on a's side is stepped over",
+         {gap(90, 1), node(10, {2})},
+         {node(10, {7})},
+         "90*[1] 10[2,7]"},
+        {"a gap on b's side is taken over before the present child",
+         {node(10, {2})},
+         {gap(91, 6), node(10, {7})},
+         "91*[6] 10[2,7]"},
+        // An unmatched child of b is dropped in round 1, the gap comes in at round 2, and the
+        // walk of a's children resumes at its third child.
+        {"the walk goes on from the round's number after a gap",
+         {node(10, {1}), node(20, {2})},
+         {node(30, {5}), gap(92, 6), node(20, {7})},
+         "92*[6] 10[1] 20[2,7]"},
+        {"equal children merge their own children; the rest of b is dropped",
+         {node(10, {1}, false, {node(40, {2})})},
+         {node(10, {5}, false, {node(40, {6})}), node(50, {7})},
+         "10[1,5](40[2,6])"},
+        {"a without children", {}, {node(10, {1})}, ""},
+        {"b without children", {node(10, {1})}, {}, "10[1]"},
+    };
+    for (const auto& c : cases) {
+        PTCallTreeNode a, b;
+        a.children = c.a;
+        b.children = c.b;
+        ptMergeCallTreeChildren(a, b);
+        EXPECT_EQ(shape(a.children), c.merged) << c.what;
+    }
 }
 
 TEST(CallTree, CreateNodeTextOfASmallTree) {
@@ -281,22 +276,21 @@ TEST(CallTree, AChainDeeperThanAStatementStaysOneTree) {
     // the one before it stopped its children, in the order the nodes are made.
     const std::string text = pt::report::ptHtmlCallTreeData(log.data);
     EXPECT_EQ(deepestStatement(text), kCallTreeStatementDepth);
-    const std::string first =
-        "        nodeArray[" + std::to_string(kCallTreeStatementDepth - 1) + "].children = [";
-    const std::string second =
-        "        nodeArray[" + std::to_string(2 * kCallTreeStatementDepth - 1) + "].children = [";
-    const std::size_t root =
-        text.find("callTreeArray[0] = createNode(0,0, [0], \n[createNode(1,0,");
-    ASSERT_NE(root, std::string::npos);
-    EXPECT_LT(root, text.find(first));
-    EXPECT_LT(text.find(first), text.find(second));
-    EXPECT_NE(text.find("createNode(" + std::to_string(kCallTreeStatementDepth - 1) + "," +
-                        std::to_string(kCallTreeStatementDepth - 2) + ", [" +
-                        std::to_string(kCallTreeStatementDepth - 1) + "], \n[])])"),
-              std::string::npos);
-    EXPECT_NE(text.find(first + "createNode(" + std::to_string(kCallTreeStatementDepth) + "," +
-                        std::to_string(kCallTreeStatementDepth - 1) + ", ["),
-              std::string::npos);
+    const auto at = [&](std::size_t level, std::size_t parent) {
+        return "createNode(" + std::to_string(level) + "," + std::to_string(parent) + ", [";
+    };
+    std::size_t from = 0;
+    for (const std::string& marker :
+         {std::string("callTreeArray[0] = ") + at(0, 0) + "0], \n[" + at(1, 0),
+          at(kCallTreeStatementDepth - 1, kCallTreeStatementDepth - 2) +
+              std::to_string(kCallTreeStatementDepth - 1) + "], \n[])])",
+          "        nodeArray[" + std::to_string(kCallTreeStatementDepth - 1) + "].children = [" +
+              at(kCallTreeStatementDepth, kCallTreeStatementDepth - 1),
+          "        nodeArray[" + std::to_string(2 * kCallTreeStatementDepth - 1) +
+              "].children = ["}) {
+        from = text.find(marker, from);
+        ASSERT_NE(from, std::string::npos) << marker;
+    }
 }
 
 TEST(CallTree, AHundredThousandLevelsKeyFoldAndWriteWithoutRecursion) {
@@ -331,15 +325,11 @@ TEST(CallTree, AHundredThousandLevelsKeyFoldAndWriteWithoutRecursion) {
     const std::string text = pt::report::ptHtmlCallTreeRoots(roots);
     EXPECT_EQ(deepestStatement(text), kCallTreeStatementDepth);
     std::size_t calls = 0;
-    for (std::size_t at = text.find("createNode("); at != std::string::npos;
-         at = text.find("createNode(", at + 1)) {
+    for (std::size_t at = 0; (at = text.find("createNode(", at)) != std::string::npos; ++at) {
         ++calls;
     }
-    // The gaps, and the definition of createNode itself.
-    EXPECT_EQ(calls, kLevels + (kLevels - 1) / 10 + 1);
+    EXPECT_EQ(calls, kLevels + (kLevels - 1) / 10 + 1);  // the gaps, and createNode's definition
 }
-
-}  // namespace
 
 // Keys are sums of the names' hashes over a subtree, blind to which table an id comes from
 // and to where in the subtree it stands: subtrees whose names trade places fold together. So
@@ -354,12 +344,7 @@ TEST(CallTree, RandomLogsFoldEveryRowAtMostOnce) {
         options.unaccountedChance = 0.05;
         PTRawDataVector log = pt::testing::randomLog(rng, options);
         const PTProcessedData data = ptGetProcessedDataForGroupings(&log, {"GLOBAL"});
-        PTCallTreeList roots;
-        ptBuildCallTree(data, roots);
-        for (const auto& root : roots) {
-            ptCallTreeKey(*root);
-        }
-        ptMergeCallTreeSiblings(roots);
+        const PTCallTreeList roots = fold(data);
 
         std::vector<int> seen(data._rows.size(), 0);
         std::function<void(const PTCallTreeNode&)> walk = [&](const PTCallTreeNode& at) {
@@ -386,8 +371,6 @@ TEST(CallTree, RandomLogsFoldEveryRowAtMostOnce) {
 // On trees of ordinary depth the passes give what the recursive passes give, node for node and
 // letter for letter of the page's text. The trees are random with few keys, so that many
 // siblings fold and many gaps are taken over.
-namespace {
-
 PTCallTreeList randomForest(std::mt19937& rng, int depth, int& nextId) {
     PTCallTreeList list;
     const int count = std::uniform_int_distribution<int>(0, depth > 0 ? 5 : 0)(rng);
@@ -402,8 +385,6 @@ PTCallTreeList randomForest(std::mt19937& rng, int depth, int& nextId) {
     }
     return list;
 }
-
-}  // namespace
 
 TEST(CallTree, RandomTreesFoldAndWriteAsTheRecursivePassesDo) {
     for (unsigned seed = 1; seed <= 300; ++seed) {
@@ -431,3 +412,5 @@ TEST(CallTree, RandomTreesFoldAndWriteAsTheRecursivePassesDo) {
         }
     }
 }
+
+}  // namespace
