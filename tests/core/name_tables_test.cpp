@@ -4,76 +4,52 @@ namespace {
 
 using NameTables = TracerTest;
 
-TEST_F(NameTables, IdsAreDenseAndMissesAddNothing) {
+TEST_F(NameTables, IdsAreDenseMissesAddNothingAndEachExportReadsItsTable) {
     PerformanceTracer& t = tracer();
     EXPECT_EQ(t.nameToID(PT_TABLE_PHASE, "load", true), 0u);
     EXPECT_EQ(t.nameToID(PT_TABLE_PHASE, "load", true), 0u);
-    EXPECT_EQ(tableSize(PT_TABLE_PHASE), 1u);
-
     EXPECT_EQ(t.nameToID(PT_TABLE_PHASE, "unseen", false), PT_NO_ID);
-    EXPECT_EQ(tableSize(PT_TABLE_PHASE), 1u);
     EXPECT_EQ(t.nameToID(PT_TABLE_PHASE, "compile", true), 1u);
-
+    EXPECT_EQ(tableSize(PT_TABLE_PHASE), 2u);
+    for (int id : {-1, -2, 2, 1000}) {
+        EXPECT_EQ(ptGetPhaseStr(id), "") << id;
+    }
     // No folding of any kind: these are two names.
     EXPECT_EQ(t.nameToID(PT_TABLE_MODEL, "Model", true), 0u);
     EXPECT_EQ(t.nameToID(PT_TABLE_MODEL, "model", true), 1u);
-    EXPECT_EQ(ptGetModelStr(0), "Model");
-    EXPECT_EQ(ptGetModelStr(1), "model");
-}
-
-TEST_F(NameTables, UnknownKindsAndIdsAnswerNotFound) {
-    PerformanceTracer& t = tracer();
-    EXPECT_EQ(t.nameToID(7, "x", true), PT_NO_ID);
-    EXPECT_EQ(t.idToName(7, 0), "");
-    ptNameID(PT_TABLE_PHASE, "only");
-    for (int id : {-1, -2, 1, 1000}) {
-        EXPECT_EQ(ptGetPhaseStr(id), "") << id;
-    }
-    EXPECT_EQ(ptGetPhaseStr(0), "only");
-
     // The empty string is a name like any other, and its name can't be told from a miss.
-    const std::uint32_t empty = t.nameToID(PT_TABLE_CHART, "", true);
-    EXPECT_EQ(empty, 0u);
-    EXPECT_EQ(ptGetChartStr(0), "");
+    EXPECT_EQ(t.nameToID(PT_TABLE_CHART, "", true), 0u);
     EXPECT_EQ(tableSize(PT_TABLE_CHART), 1u);
-}
+    EXPECT_EQ(t.nameToID(7, "x", true), PT_NO_ID);  // no such kind
+    EXPECT_EQ(t.idToName(7, 0), "");
 
-TEST_F(NameTables, EachExportReadsItsOwnTable) {
     ptNameID(PT_TABLE_STATISTICS_TYPE, "stats");
     ptNameID(PT_TABLE_TARGET, "target");
     ptNameID(PT_TABLE_MACHINE, "machine");
-    ptNameID(PT_TABLE_CHART, "chart");
-    ptNameID(PT_TABLE_PHASE, "phase");
-    EXPECT_EQ(ptGetStatisticsTypeStr(0), "stats");
-    EXPECT_EQ(ptGetTargetStr(0), "target");
-    EXPECT_EQ(ptGetMachineStr(0), "machine");
-    EXPECT_EQ(ptGetChartStr(0), "chart");
-    EXPECT_EQ(ptGetPhaseStr(0), "phase");
-    EXPECT_EQ(ptGetModelStr(0), "");
+    const std::vector<std::string> firsts = {
+        ptGetPhaseStr(0),  ptGetStatisticsTypeStr(0), ptGetModelStr(0), ptGetModelStr(1),
+        ptGetTargetStr(0), ptGetMachineStr(0),        ptGetChartStr(0)};
+    EXPECT_EQ(firsts, (std::vector<std::string>{"load", "stats", "Model", "model", "target",
+                                                "machine", ""}));
+
+    PerformanceTracer hollow;  // a tracer whose members were never made
+    EXPECT_EQ(hollow.nameToID(PT_TABLE_PHASE, "x", true), PT_NO_ID);
+    EXPECT_EQ(hollow.idToName(PT_TABLE_PHASE, 0), "");
+    hollow.cleanup();  // tolerates every null member
 }
 
 TEST_F(NameTables, ClearRestartsPhaseIdsWhileGroupingIdsStay) {
     EXPECT_EQ(KsPerformanceTracingPoint::_groupingID, 0);
     EXPECT_EQ(ptNameStr(PT_TABLE_GROUPING, 0), "EvalPrms");
-
     const std::int32_t grouping = ptAddGrouping("Clearing");
     ptEnableTracer("Clearing", true);
     ptLogOrviaData(grouping, "first", true);
     ptLogOrviaData(grouping, "second", true);
     EXPECT_EQ(raw().back()->_phaseID, 1);
-
     ptClearRawData();
     ptLogOrviaData(grouping, "second", true);
     EXPECT_EQ(raw().back()->_phaseID, 0);
     EXPECT_EQ(groupingID("Clearing"), grouping);
-    EXPECT_EQ(groupingID("EvalPrms"), 0);
-}
-
-TEST_F(NameTables, HollowTracerHasNoTables) {
-    PerformanceTracer hollow;
-    EXPECT_EQ(hollow.nameToID(PT_TABLE_PHASE, "x", true), PT_NO_ID);
-    EXPECT_EQ(hollow.idToName(PT_TABLE_PHASE, 0), "");
-    hollow.cleanup();  // tolerates every null member
 }
 
 TEST_F(NameTables, DisplayPhaseName) {

@@ -6,55 +6,28 @@ namespace {
 
 using RawPoints = TracerTest;
 
-TEST_F(RawPoints, DefaultsOfEachClass) {
-    const PTYlvaneDataPoint chart;
-    EXPECT_EQ(chart._pointType, 2);
-    for (std::int32_t id : {chart._groupingID, chart._phaseID, chart._statisticsTypeID,
-                            chart._modelID, chart._targetID, chart._machineID, chart._chartID}) {
-        EXPECT_EQ(id, -1);
-    }
-    ASSERT_TRUE(chart._basicMem && chart._detailedMem);
-    EXPECT_EQ(chart._basicMem->procVMSize, 0.0);
-    EXPECT_EQ(chart._detailedMem->freeMem, 0.0);
-    EXPECT_FALSE(chart._isPhaseStart || chart._isGenerated);
-    EXPECT_EQ(chart._wcTime, 0.0);
-
+TEST_F(RawPoints, DefaultsAndCopiesThatOwnTheirMemoryRecords) {
+    EXPECT_EQ(describe(PTYlvaneDataPoint()),
+              "2 #-1 #-1 #-1 #-1 #-1 #-1 #-1 end 0 0 detailed 0 0 0 0 0 basic 0 0 0");
     EXPECT_EQ(PTOrviaDataPoint()._pointType, 0);
     EXPECT_EQ(PTKestruneDataPoint()._pointType, 1);
-}
 
-TEST_F(RawPoints, CopiesOwnTheirMemoryRecords) {
     PTKestruneDataPoint original;
-    original._groupingID = 3;
-    original._phaseID = 4;
-    original._statisticsTypeID = 5;
-    original._modelID = 6;
-    original._targetID = 7;
-    original._isPhaseStart = true;
-    original._isGenerated = true;
-    original._wcTime = 1.5;
-    original._cpuTime = 0.5;
+    original._groupingID = 3, original._phaseID = 4, original._statisticsTypeID = 5;
+    original._modelID = 6, original._targetID = 7;
+    original._isPhaseStart = original._isGenerated = true;
+    original._wcTime = 1.5, original._cpuTime = 0.5;
     original._basicMem = boost::make_shared<pt::BasicMemStats>(1, 2, 3);
     original._detailedMem.reset();
-
     const PTKestruneDataPoint copy(original);
-    EXPECT_EQ(copy._groupingID, 3);
-    EXPECT_EQ(copy._phaseID, 4);
-    EXPECT_EQ(copy._statisticsTypeID, 5);
-    EXPECT_EQ(copy._modelID, 6);
-    EXPECT_EQ(copy._targetID, 7);
-    EXPECT_TRUE(copy._isPhaseStart && copy._isGenerated);
-    EXPECT_EQ(copy._wcTime, 1.5);
-    EXPECT_EQ(copy._cpuTime, 0.5);
-    ASSERT_TRUE(copy._basicMem);
+    // A missing record becomes a zero record.
+    EXPECT_EQ(describe(copy),
+              "1 #4 #3 #6 #7 #5 start generated 1.5 0.5 detailed 0 0 0 0 0 basic 1 2 3");
     EXPECT_NE(copy._basicMem, original._basicMem);
-    EXPECT_EQ(copy._basicMem->procMemUsagePeak, 2);
-    ASSERT_TRUE(copy._detailedMem);  // a missing record becomes a zero record
-    EXPECT_EQ(copy._detailedMem->commitMem, 0.0);
-
     const auto cloned = copy.clone();
     ASSERT_NE(dynamic_cast<const PTKestruneDataPoint*>(cloned.get()), nullptr);
     EXPECT_NE(cloned->_basicMem, copy._basicMem);
+    EXPECT_EQ(describe(*cloned), describe(copy));
 }
 
 TEST_F(RawPoints, SamePointComparesIdentityOnly) {

@@ -7,15 +7,7 @@
 namespace {
 
 using RawStore = TracerTest;
-
-/// Phase names of the store, in order.
-std::vector<std::string> phases() {
-    std::vector<std::string> names;
-    for (const auto& point : *ptTracer()->_rawData) {
-        names.push_back(ptGetPhaseStr(point->_phaseID));
-    }
-    return names;
-}
+using Names = std::vector<std::string>;
 
 /// A store of mixed points: host-language ones and model ones of two groupings, two models
 /// and two targets.
@@ -34,95 +26,71 @@ void logMixedRun() {
 }
 
 TEST_F(RawStore, FullClearEmptiesEverythingButGroupings) {
-    ptAddGrouping("Kept");
     ptEnableTracer("Kept", true);
     ptEnableGlobalLogging(true);
     ptEnableDetailedMemStats(true);
     ptSetStatisticsTypeForModel("M", "type");
     ptLogYlvaneData("Kept", "M", "T", "mc", "c", "p", true);
-    const std::size_t groupings = tableSize(PT_TABLE_GROUPING);
     tracer()._systemInfo->processorStr = "cpu";
+    std::vector<std::size_t> sizes(PT_TABLE_COUNT, 0);
+    sizes[PT_TABLE_GROUPING] = tableSize(PT_TABLE_GROUPING);
 
     ptClearRawData();
     EXPECT_TRUE(raw().empty());
     EXPECT_TRUE(tracer()._modelStatisticsTypes->empty());
-    for (std::uint32_t kind : {PT_TABLE_PHASE, PT_TABLE_STATISTICS_TYPE, PT_TABLE_MODEL,
-                               PT_TABLE_TARGET, PT_TABLE_MACHINE, PT_TABLE_CHART}) {
-        EXPECT_EQ(tableSize(kind), 0u) << kind;
-    }
-    EXPECT_EQ(tableSize(PT_TABLE_GROUPING), groupings);
+    EXPECT_EQ(tableSizes(), sizes);
     EXPECT_TRUE(ptIsTracerEnabled(std::string("Kept")));
-    EXPECT_TRUE(tracer()._globalLogging);
-    EXPECT_TRUE(tracer()._detailedMemStats);
+    EXPECT_TRUE(tracer()._globalLogging && tracer()._detailedMemStats);
     EXPECT_EQ(tracer()._systemInfo->processorStr, "cpu");
 
     // On an empty store the tables are emptied all the same.
     for (std::uint32_t kind = 0; kind < PT_TABLE_COUNT; ++kind) {
         ptNameID(kind, "name");
     }
+    sizes[PT_TABLE_GROUPING] = tableSize(PT_TABLE_GROUPING);
     ptClearRawData();
-    for (std::uint32_t kind : {PT_TABLE_PHASE, PT_TABLE_STATISTICS_TYPE, PT_TABLE_MODEL,
-                               PT_TABLE_TARGET, PT_TABLE_MACHINE, PT_TABLE_CHART}) {
-        EXPECT_EQ(tableSize(kind), 0u) << kind;
-    }
-
+    EXPECT_EQ(tableSizes(), sizes);
     ptLogOrviaData("Kept", "after", true);
     EXPECT_EQ(raw().back()->_phaseID, 0);
 }
 
 TEST_F(RawStore, PartialClearsRemoveTheirPointsInPlace) {
     logMixedRun();
-    const std::vector<std::string> all = {"o1", "k1", "k2", "y1", "o2", "k3", "y2"};
+    const Names all = {"o1", "k1", "k2", "y1", "o2", "k3", "y2"};
     ASSERT_EQ(phases(), all);
-
+    // Clears that match nothing remove nothing and add no names.
+    const std::vector<std::size_t> sizes = tableSizes();
     ptClearRawGroupingData("no such grouping");
-    ptAddGrouping("G3");
-    ptClearRawGroupingData("G3");  // a grouping without points
     ptClearRawModelData("no such model");
     ptClearRawData("G1", "no such model");
     ptClearRawData("G1", "M1", "no such target");
+    ptClearRawData("new grouping", "new model", "new target");
+    EXPECT_EQ(tableSizes(), sizes);
+    ptAddGrouping("G3");
+    ptClearRawGroupingData("G3");  // a grouping without points
     EXPECT_EQ(phases(), all);
 
     // The rest keep their order.
     ptClearRawData("G1", "M1", "T1");
-    EXPECT_EQ(phases(), (std::vector<std::string>{"o1", "k2", "y1", "o2", "k3"}));
-
+    EXPECT_EQ(phases(), (Names{"o1", "k2", "y1", "o2", "k3"}));
     // Adjacent matches (k1, k2 of the second run) go together.
     logMixedRun();
     ptClearRawData("G1", "M1");
-    EXPECT_EQ(phases(), (std::vector<std::string>{"o1", "y1", "o2", "k3", "o1", "y1", "o2", "k3"}));
-
+    EXPECT_EQ(phases(), (Names{"o1", "y1", "o2", "k3", "o1", "y1", "o2", "k3"}));
     // A model clear spares host-language points, even of the same grouping.
     ptClearRawModelData("M1");
-    EXPECT_EQ(phases(), (std::vector<std::string>{"o1", "o2", "k3", "o1", "o2", "k3"}));
-
+    EXPECT_EQ(phases(), (Names{"o1", "o2", "k3", "o1", "o2", "k3"}));
     ptClearRawGroupingData("G2");
-    EXPECT_EQ(phases(), (std::vector<std::string>{"o1", "k3", "o1", "k3"}));
+    EXPECT_EQ(phases(), (Names{"o1", "k3", "o1", "k3"}));
     ptClearRawGroupingData("G1");
     EXPECT_TRUE(raw().empty());
-}
 
-TEST_F(RawStore, ClearsNeverAddNames) {
-    logMixedRun();
-    std::size_t sizes[PT_TABLE_COUNT];
-    for (std::uint32_t kind = 0; kind < PT_TABLE_COUNT; ++kind) {
-        sizes[kind] = tableSize(kind);
-    }
-    ptClearRawData("new grouping", "new model");
-    ptClearRawData("new grouping", "new model", "new target");
-    ptClearRawGroupingData("new grouping");
-    ptClearRawModelData("new model");
-    for (std::uint32_t kind = 0; kind < PT_TABLE_COUNT; ++kind) {
-        EXPECT_EQ(tableSize(kind), sizes[kind]) << kind;
-    }
-}
-
-TEST_F(RawStore, UnknownGroupingMatchesPointsLoggedWithoutOne) {
+    // An unknown grouping matches the points logged without one.
     ptEnableGlobalLogging(true);
     ptLogOrviaData("never added", "lost", true);
     ptLogOrviaData("EvalPrms", "kept", true);
     ptClearRawGroupingData("also never added");
-    EXPECT_EQ(phases(), (std::vector<std::string>{"kept"}));
+    EXPECT_EQ(phases(), Names{"kept"});
 }
 
 TEST_F(RawStore, StatisticsTypeClearsAreAsymmetric) {
@@ -130,14 +98,11 @@ TEST_F(RawStore, StatisticsTypeClearsAreAsymmetric) {
     ptSetStatisticsTypeForModel("M1", "second");
     ptSetStatisticsTypeForModel("M2", "other");
     EXPECT_EQ(tracer()._modelStatisticsTypes->at("M1"), "second");
-
     ptClearRawData("G", "M1", "T");
     EXPECT_EQ(tracer()._modelStatisticsTypes->size(), 2u);
-
     // The two-name form forgets every model's type, with or without a store to clear.
     ptClearRawData("G", "M1");
     EXPECT_TRUE(tracer()._modelStatisticsTypes->empty());
-
     ptSetStatisticsTypeForModel("M2", "other");
     auto store = std::move(tracer()._rawData);
     ptClearRawData("G", "M2");
@@ -145,31 +110,34 @@ TEST_F(RawStore, StatisticsTypeClearsAreAsymmetric) {
     EXPECT_TRUE(tracer()._modelStatisticsTypes->empty());
 }
 
-TEST_F(RawStore, SnapshotIsADeepCopy) {
+TEST_F(RawStore, SnapshotIsADeepCopyAndTheSelectionSharesPoints) {
     logMixedRun();
     raw()[1]->_basicMem = boost::make_shared<pt::BasicMemStats>(1, 2, 3);
     const auto snapshot = tracer().snapshotRawData();
     ASSERT_EQ(snapshot->size(), raw().size());
     for (std::size_t i = 0; i < raw().size(); ++i) {
-        const auto& copy = (*snapshot)[i];
-        EXPECT_NE(copy, raw()[i]);
-        const PTOrviaDataPoint& original = *raw()[i];
-        const PTOrviaDataPoint& copied = *copy;
-        EXPECT_EQ(typeid(copied), typeid(original));
-        EXPECT_TRUE(copy->isSamePoint(raw()[i]));
-        EXPECT_NE(copy->_basicMem, raw()[i]->_basicMem);
+        const PTOrviaDataPoint& copy = *(*snapshot)[i];
+        EXPECT_EQ(typeid(copy), typeid(*raw()[i]));
+        EXPECT_EQ(describe(copy), describe(*raw()[i]));
+        EXPECT_NE(&copy, raw()[i].get());
+        EXPECT_NE(copy._basicMem, raw()[i]->_basicMem);
     }
     (*snapshot)[1]->_basicMem->procMemUsage = 99;
-    (*snapshot)[0]->_isGenerated = true;
     EXPECT_EQ(raw()[1]->_basicMem->procMemUsage, 1);
-    EXPECT_FALSE(raw()[0]->_isGenerated);
+
+    const auto g2 = tracer().rawDataForGrouping("G2");
+    EXPECT_EQ(*g2, (PTRawDataVector{raw()[3], raw()[4]}));
+    const std::size_t before = tableSize(PT_TABLE_GROUPING);
+    EXPECT_TRUE(tracer().rawDataForGrouping("brand new")->empty());
+    EXPECT_EQ(tableSize(PT_TABLE_GROUPING), before + 1);  // the name is added
 
     ptClearRawData();
     EXPECT_EQ(snapshot->size(), 7u);  // the reader keeps its own copies
-
+    // Without a store there is nothing to copy or select, but the name is added all the same.
     auto store = std::move(tracer()._rawData);
     EXPECT_EQ(tracer().snapshotRawData(), nullptr);
-    EXPECT_EQ(tracer().rawDataForGrouping("G1"), nullptr);
+    EXPECT_EQ(tracer().rawDataForGrouping("newer still"), nullptr);
+    EXPECT_EQ(tableSize(PT_TABLE_GROUPING), before + 2);
     tracer()._rawData = std::move(store);
 }
 
@@ -205,23 +173,6 @@ TEST_F(RawStore, SnapshotCopiesByPointType) {
         EXPECT_EQ(hvGetNumberOfElements(hvUniqueArray(copy.toRow()).get()), expected[i].rowCells)
             << i;
     }
-}
-
-TEST_F(RawStore, GroupingSelectionSharesPoints) {
-    logMixedRun();
-    const auto g2 = tracer().rawDataForGrouping("G2");
-    ASSERT_EQ(g2->size(), 2u);
-    EXPECT_EQ((*g2)[0], raw()[3]);
-    EXPECT_EQ((*g2)[1], raw()[4]);
-
-    const std::size_t before = tableSize(PT_TABLE_GROUPING);
-    EXPECT_TRUE(tracer().rawDataForGrouping("brand new")->empty());
-    EXPECT_EQ(tableSize(PT_TABLE_GROUPING), before + 1);  // the name is added
-
-    auto store = std::move(tracer()._rawData);
-    EXPECT_EQ(tracer().rawDataForGrouping("newer still"), nullptr);
-    EXPECT_EQ(tableSize(PT_TABLE_GROUPING), before + 2);  // even without a store
-    tracer()._rawData = std::move(store);
 }
 
 }  // namespace

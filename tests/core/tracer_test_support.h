@@ -5,6 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iomanip>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "core/name_table.h"
 
@@ -26,9 +30,64 @@ protected:
     static std::int32_t groupingID(const std::string& name) {
         return static_cast<std::int32_t>(tracer().nameToID(PT_TABLE_GROUPING, name, false));
     }
+    static std::vector<std::size_t> tableSizes() {
+        std::vector<std::size_t> sizes;
+        for (std::uint32_t kind = 0; kind < PT_TABLE_COUNT; ++kind) {
+            sizes.push_back(tableSize(kind));
+        }
+        return sizes;
+    }
+    /// Phase names of the store, in order.
+    static std::vector<std::string> phases() {
+        std::vector<std::string> names;
+        for (const auto& point : raw()) {
+            names.push_back(ptGetPhaseStr(point->_phaseID));
+        }
+        return names;
+    }
     /// The raw point at index as its own class.
     template <typename Point>
     static const Point& pointAt(std::size_t index) {
         return dynamic_cast<const Point&>(*raw().at(index));
     }
 };
+
+/// A point in one line: its type, the names of its ids ('name', or #id where the table has
+/// none), start or end, the clocks and the memory figures.
+inline std::string describe(const PTOrviaDataPoint& point) {
+    std::ostringstream out;
+    out << std::setprecision(17) << point._pointType;
+    const auto name = [&out](std::uint32_t kind, std::int32_t id) {
+        if (id >= 0 && static_cast<std::size_t>(id) < ptTracer()->nameTable(kind)->size()) {
+            out << " '" << ptNameStr(kind, id) << "'";
+        } else {
+            out << " #" << id;
+        }
+    };
+    name(PT_TABLE_PHASE, point._phaseID);
+    name(PT_TABLE_GROUPING, point._groupingID);
+    if (const auto* model = dynamic_cast<const PTKestruneDataPoint*>(&point)) {
+        name(PT_TABLE_MODEL, model->_modelID);
+        name(PT_TABLE_TARGET, model->_targetID);
+    }
+    if (const auto* chart = dynamic_cast<const PTYlvaneDataPoint*>(&point)) {
+        name(PT_TABLE_MACHINE, chart->_machineID);
+        name(PT_TABLE_CHART, chart->_chartID);
+    }
+    name(PT_TABLE_STATISTICS_TYPE, point._statisticsTypeID);
+    out << (point._isPhaseStart ? " start" : " end") << (point._isGenerated ? " generated " : " ")
+        << point._wcTime << " " << point._cpuTime;
+    if (const auto& mem = point._detailedMem) {
+        out << " detailed " << mem->freeMem << " " << mem->resMem << " " << mem->commitMem << " "
+            << mem->dllsMem << " " << mem->nonprocessMem;
+    } else {
+        out << " no detailed";
+    }
+    if (const auto& mem = point._basicMem) {
+        out << " basic " << mem->procMemUsage << " " << mem->procMemUsagePeak << " "
+            << mem->procVMSize;
+    } else {
+        out << " no basic";
+    }
+    return out.str();
+}

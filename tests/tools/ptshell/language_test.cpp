@@ -1,5 +1,6 @@
 // The shell's language without a module: parsing, evaluation, display and the limits that keep
-// a run from hanging.
+// a run from hanging. The scripted sessions show the display of most classes and the errors
+// of the tracer's methods; these cases hold what they do not.
 
 #include <gtest/gtest.h>
 
@@ -7,9 +8,7 @@
 #include <chrono>
 #include <sstream>
 #include <thread>
-#include <tuple>
 
-#include "display.h"
 #include "large_inputs.h"
 #include "parser.h"
 #include "session.h"
@@ -45,17 +44,19 @@ std::string syntaxErrorOf(const std::string& text) {
 }
 
 TEST(Language, SyntaxErrorsNameLineAndColumn) {
-    EXPECT_EQ(syntaxErrorOf("x = (1 + 2"), "1:11 the text ends before ')'");
-    EXPECT_EQ(syntaxErrorOf("a = 1\nb = 2 3"), "2:7 unexpected '3'");
-    EXPECT_EQ(syntaxErrorOf("for i = 1:3\n  print(i)\n"), "3:1 the block has no 'end'");
-    EXPECT_EQ(syntaxErrorOf("x = 'open"), "1:5 the text has no closing quote");
-    EXPECT_EQ(syntaxErrorOf("end"), "1:1 'end' without a block to close");
-    EXPECT_EQ(syntaxErrorOf("x(1) = 2"), "1:6 only a variable can be assigned to");
-    EXPECT_EQ(syntaxErrorOf("x = 1 $"), "1:7 unexpected character '$'");
-    EXPECT_NE(syntaxErrorOf(std::string(100000, '(')).find("the statement nests too deeply"),
-              std::string::npos);
-    EXPECT_EQ(syntaxErrorOf("# only a comment\n\n;,"), "none");
-
+    const std::pair<std::string, std::string> cases[] = {
+        {"x = (1 + 2", "1:11 the text ends before ')'"},
+        {"a = 1\nb = 2 3", "2:7 unexpected '3'"},
+        {"for i = 1:3\n  print(i)\n", "3:1 the block has no 'end'"},
+        {"x = 'open", "1:5 the text has no closing quote"},
+        {"end", "1:1 'end' without a block to close"},
+        {"x(1) = 2", "1:6 only a variable can be assigned to"},
+        {"x = 1 $", "1:7 unexpected character '$'"},
+        {"# only a comment\n\n;,", "none"},
+    };
+    for (const auto& [text, error] : cases) {
+        EXPECT_EQ(syntaxErrorOf(text), error) << text;
+    }
     EXPECT_FALSE(Session::isComplete("for i = 1:2"));
     EXPECT_FALSE(Session::isComplete("x = {1, 2"));
     EXPECT_FALSE(Session::isComplete("x = 1 +"));  // a value may follow on the next line
@@ -67,62 +68,11 @@ TEST(Language, SyntaxErrorsNameLineAndColumn) {
     EXPECT_EQ(bad.err, "Error: Syntax error at line 2, column 5: unexpected ')'.\n");
 }
 
-TEST(Language, DisplayOfEveryClass) {
+TEST(Language, EvaluationAndDisplay) {
     const Outcome r =
-        run("t = 'it''s'\n"
-            "e = ''\n"
-            "d = 3.14159265\n"
-            "big = 123456.7\n"
-            "b = true\n"
-            "i = int8(-200)\n"
-            "u = uint64(7)\n"
-            "m = [1 2; 3 4]\n"
-            "l = logical([1 0])\n"
-            "n = []\n"
-            "col = ['a';'b']\n"
-            "c = {1, 'x'; {}, {2}}\n"
-            "s = struct('id', 'abc', 'n', int32(5))\n"
-            "r = 1:0\n");
-    EXPECT_EQ(r.err, "");
-    EXPECT_EQ(r.out,
-              "t = 'it''s'\n"
-              "e = ''\n"
-              "d = 3.1416\n"
-              "big = 1.2346e+05\n"
-              "b = true\n"
-              "i = int8 -128\n"
-              "u = uint64 7\n"
-              "m = 2x2 double\n"
-              "    1  2\n"
-              "    3  4\n"
-              "l = 1x2 logical\n"
-              "    true  false\n"
-              "n = []\n"
-              "col = 2x1 char\n"
-              "    'a'\n"
-              "    'b'\n"
-              "c = 2x2 cell\n"
-              "    {1} = 1\n"
-              "    {2} = {}\n"
-              "    {3} = 'x'\n"
-              "    {4} = 1x1 cell\n"
-              "        {1} = 2\n"
-              "s = 1x1 struct\n"
-              "    id: 'abc'\n"
-              "    n: int32 5\n"
-              "r = 1x0 double\n");
-}
-
-TEST(Language, PrintShowsValuesWithoutNames) {
-    const Outcome r =
-        run("print('plain text'); print(2.5); print(true); print(int16(-3)); print([1 2; 3 4]);"
-            "print({'a'})");
-    EXPECT_EQ(r.out, "plain text\n2.5\n1\n-3\n1  2\n3  4\n1x1 cell\n    {1} = 'a'\n");
-}
-
-TEST(Language, Evaluation) {
-    const Outcome r =
-        run("x = 2 * (3 + 4) / 7 - -1;\n"
+        run("t = 'it''s', e = '', d = 3.14159265, big = 123456.7, b = true, i = int8(-200)\n"
+            "u = uint64(7), l = logical([1 0]), r = 1:0, s = struct('n', int32(5))\n"
+            "x = 2 * (3 + 4) / 7 - -1;\n"
             "print(x), print(x == 3), print(1 ~= 1), print(~0), print(2 >= 3)\n"
             "v = [1, 2 3 -4 5 - 1];\n"
             "print(count(v)), print(v(4)), print(size(v))\n"
@@ -131,24 +81,29 @@ TEST(Language, Evaluation) {
             "c = {1, 'two', {3}};\n"
             "print(c{2}), print(c{3}{1}), print(typeof(c(2))), print(isempty({}))\n"
             "p = struct('a', struct('b', 'deep'));\n"
-            "print(p.a.b), print(fields(p)), print(typeof(p))\n"
+            "print(p.a.b), print(typeof(p))\n"
             "total = 0;\n"
             "for i = 1:4\n"
             "  total = total + i;\n"
             "end\n"
             "print(total)\n"
             "for k = {'x', 'y'}, print(k{1}), end\n"
-            "print(double('A')), print(char([72 105])), print(uint8(300)), print(int32(2.5))\n");
+            "print(double('A')), print(char([72 105])), print(uint8(300)), print(int32(2.5))\n"
+            "print(2.5), print(true), print(int16(-3)), print([1 2; 3 4]), print({'a'})\n");
     EXPECT_EQ(r.err, "");
     EXPECT_EQ(r.out,
+              "t = 'it''s'\ne = ''\nd = 3.1416\nbig = 1.2346e+05\nb = true\ni = int8 -128\n"
+              "u = uint64 7\nl = 1x2 logical\n    true  false\nr = 1x0 double\n"
+              "s = 1x1 struct\n    n: int32 5\n"
               "3\n1\n0\n1\n0\n"
               "5\n-4\n1  5\n"
               "abc\ndef\nchar\nf\n"
               "two\n3\ncell\n1\n"
-              "deep\n1x1 cell\n    {1} = 'a'\nstruct\n"
+              "deep\nstruct\n"
               "10\n"
               "x\ny\n"
-              "65\nHi\n255\n3\n");
+              "65\nHi\n255\n3\n"
+              "2.5\n1\n-3\n1  2\n3  4\n1x1 cell\n    {1} = 'a'\n");
 }
 
 TEST(Language, ErrorsAreCaughtWithTheirIdentifiers) {
@@ -166,8 +121,7 @@ TEST(Language, ErrorsAreCaughtWithTheirIdentifiers) {
     EXPECT_EQ(r.out,
               "ptshell:UndefinedIdentifier\n'undefined_thing' is neither a variable nor a "
               "function.\n"
-              "ptshell:IndexOutOfRange\n"
-              "ptshell:ArgumentCount\n"
+              "ptshell:IndexOutOfRange\nptshell:ArgumentCount\n"
               "vos:UndefinedFunction\n"
               "An operand must be a real scalar.\n");
 
@@ -188,19 +142,22 @@ TEST(Language, ExitAndTheLimitsOfARun) {
     limited.allowSleep = false;
     limited.maxLoopSteps = 100;
     limited.maxElements = 1000;
-    EXPECT_EQ(run("exit", limited).err, "Error in exit: exit is switched off in this run.\n");
-    EXPECT_EQ(run("sleep(100)", limited).err,
-              "Error in sleep: sleep is switched off in this run.\n");
-    EXPECT_EQ(run("for i = 1:50, for j = 1:50, end, end", limited).err,
-              "Error: The run took more loop steps than it may.\n");
-    EXPECT_EQ(run("x = 1:1e12", limited).err, "Error: The range has too many elements.\n");
-    EXPECT_EQ(run("x = [1:600, 1:600]", limited).err, "Error: The value has too many elements.\n");
-    EXPECT_EQ(run("x = {1}; for i = 1:40, x = {x, x}; end", limited).err,
-              "Error: The value has too many elements.\n");
+    const std::pair<const char*, const char*> cases[] = {
+        {"exit", "Error in exit: exit is switched off in this run.\n"},
+        {"sleep(100)", "Error in sleep: sleep is switched off in this run.\n"},
+        {"for i = 1:50, for j = 1:50, end, end",
+         "Error: The run took more loop steps than it may.\n"},
+        {"x = 1:1e12", "Error: The range has too many elements.\n"},
+        {"x = [1:600, 1:600]", "Error: The value has too many elements.\n"},
+        {"x = {1}; for i = 1:40, x = {x, x}; end", "Error: The value has too many elements.\n"},
+        {"x = {1}; for i = 1:40, x = struct('a', x, 'b', x); end",
+         "Error in struct: The value has too many elements.\n"},
+    };
+    for (const auto& [text, err] : cases) {
+        EXPECT_EQ(run(text, limited).err, err) << text;
+    }
     EXPECT_EQ(run("x = {1}; for i = 1:300, x = {x}; end").err,
               "Error: The value nests too deeply.\n");
-    EXPECT_EQ(run("x = {1}; for i = 1:40, x = struct('a', x, 'b', x); end", limited).err,
-              "Error in struct: The value has too many elements.\n");
 }
 
 TEST(Language, ChainsOfAnyLengthAndDeepNesting) {
@@ -215,12 +172,10 @@ TEST(Language, ChainsOfAnyLengthAndDeepNesting) {
     EXPECT_EQ(run(sum + "; print(x == " + std::to_string(terms) + ")").out, "1\n");
 
     // Nesting has a limit of its own, however the nesting is written.
-    for (const char* open : {"(", "-", "{", "["}) {
-        std::string nested = "x = ";
-        for (int level = 0; level < 100000; ++level) {
-            nested += open;
-        }
-        const Outcome r = run(nested + "1");
+    EXPECT_NE(syntaxErrorOf(std::string(100000, '(')).find("the statement nests too deeply"),
+              std::string::npos);
+    for (const char open : {'(', '-', '{', '['}) {
+        const Outcome r = run("x = " + std::string(100000, open) + "1");
         EXPECT_NE(r.err.find("the statement nests too deeply"), std::string::npos) << open;
     }
 }
@@ -240,7 +195,6 @@ TEST(Language, ValuesOverTheLimitAreRefusedBeforeTheyAreMade) {
          " in struct: The value would take more than 1 MiB."},
         {"s = '" + std::string(300000, 'a') + "'; d = double(s);",
          " in double: The value would take more than 1 MiB."},
-        {"c = {1}; for i = 1:100, c = {c c}; end", ": The value would take more than 1 MiB."},
     };
     for (const auto& c : cases) {
         const Outcome r = run(c.text, small);
@@ -254,7 +208,6 @@ TEST(Language, ValuesOverTheLimitAreRefusedBeforeTheyAreMade) {
                   small)
                   .out,
               "ptshell:TooLarge\n13\n2\n");
-
     // By default a value may hold 1 GiB; a larger one is refused without being made.
     EXPECT_EQ(run("x = 1:2e8;").err, "Error: The value would take more than 1 GiB.\n");
 }
@@ -264,12 +217,13 @@ TEST(Language, AnInterruptStopsTheRunningStatement) {
     EvalOptions options;
     options.interrupt = &interrupt;
     const std::string endless = "for i = 1:1e6, for j = 1:1e6, end, end";
-    using Case = std::tuple<std::string, std::string, std::string>;  // text, out, err
-    for (const auto& [text, out, err] :
-         {Case{endless, "", "Error: Interrupted\n"},
-          Case{"try, " + endless + ", catch e, print(e.id), print(e.message), end",
-               "ptshell:Interrupted\nInterrupted\n", ""},
-          Case{"sleep(1000)", "", "Error in sleep: Interrupted\n"}}) {
+    const std::string cases[][3] = {
+        // text, out, err
+        {endless, "", "Error: Interrupted\n"},
+        {"try, " + endless + ", catch e, print(e.id), print(e.message), end",
+         "ptshell:Interrupted\nInterrupted\n", ""},
+        {"sleep(1000)", "", "Error in sleep: Interrupted\n"}};
+    for (const auto& [text, out, err] : cases) {
         std::thread press([&interrupt] {
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
             interrupt = true;
