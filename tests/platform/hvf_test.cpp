@@ -60,6 +60,24 @@ protected:
         writeBytes(file, bytes);
     }
 
+    /// Writes the variables into a new file; true when every put and the close succeed.
+    static bool save(const std::string& file,
+                     std::initializer_list<std::pair<const char*, const hvArray*>> variables) {
+        hvFile* out = hvfOpen(file.c_str(), "w");
+        bool ok = out != nullptr;
+        for (const auto& [name, value] : variables) {
+            ok = ok && hvfPutVariable(out, name, value) == 0;
+        }
+        return out && hvfClose(out) == 0 && ok;
+    }
+    /// The variable as read from the file; null when the file or the variable is refused.
+    static hvUniqueArray load(const std::string& file, const char* name) {
+        hvFile* in = hvfOpen(file.c_str(), "r");
+        hvUniqueArray value(in ? hvfGetVariable(in, name) : nullptr);
+        hvfClose(in);
+        return value;
+    }
+
     std::filesystem::path _folder;
 };
 
@@ -115,17 +133,15 @@ TEST_F(ValueFiles, EveryClassComesBackAsItWas) {
     EXPECT_NE(hvfPutVariable(in, "x", number.get()), 0);
     EXPECT_EQ(hvfClose(in), 0);
 
-    // An empty file is a file of no variables.
-    hvFile* empty = hvfOpen(path("empty.hvf").c_str(), "w");
-    EXPECT_EQ(hvfClose(empty), 0);
+    // An empty file is a file of no variables: it opens, and has none.
+    ASSERT_TRUE(save(path("empty.hvf"), {}));
     hvFile* none = hvfOpen(path("empty.hvf").c_str(), "r");
-    ASSERT_NE(none, nullptr);
+    EXPECT_NE(none, nullptr);
     EXPECT_EQ(hvfGetVariable(none, "number"), nullptr);
     hvfClose(none);
-}
 
-TEST_F(ValueFiles, ValuesLargerThanTheCompressorsBlocks) {
-    // Random doubles hardly compress; a long cell of small values packs in many short writes.
+    // Values larger than the compressor's blocks: random doubles hardly compress; a long cell of
+    // small values packs in many short writes.
     std::mt19937_64 rng(7);
     const hvUniqueArray numbers(hvCreateDoubleMatrix(300000, 1));
     for (std::size_t i = 0; i < 300000; ++i) {
@@ -135,28 +151,15 @@ TEST_F(ValueFiles, ValuesLargerThanTheCompressorsBlocks) {
     for (std::size_t i = 0; i < 100000; ++i) {
         hvSetCell(cells.get(), i, hvCreateString("phase " + std::to_string(i)));
     }
-    const std::string file = path("large.hvf");
-    hvFile* out = hvfOpen(file.c_str(), "w");
-    ASSERT_NE(out, nullptr);
-    EXPECT_EQ(hvfPutVariable(out, "numbers", numbers.get()), 0);
-    EXPECT_EQ(hvfPutVariable(out, "cells", cells.get()), 0);
-    EXPECT_EQ(hvfClose(out), 0);
-
-    hvFile* in = hvfOpen(file.c_str(), "r");
-    ASSERT_NE(in, nullptr);
-    EXPECT_TRUE(hvIsEqual(hvUniqueArray(hvfGetVariable(in, "numbers")).get(), numbers.get()));
-    EXPECT_TRUE(hvIsEqual(hvUniqueArray(hvfGetVariable(in, "cells")).get(), cells.get()));
-    hvfClose(in);
+    ASSERT_TRUE(save(path("large.hvf"), {{"numbers", numbers.get()}, {"cells", cells.get()}}));
+    EXPECT_TRUE(hvIsEqual(load(path("large.hvf"), "numbers").get(), numbers.get()));
+    EXPECT_TRUE(hvIsEqual(load(path("large.hvf"), "cells").get(), cells.get()));
 }
 
 TEST_F(ValueFiles, DamagedAndForeignFilesAreRefusedWhole) {
     const std::string file = path("good.hvf");
-    {
-        hvFile* out = hvfOpen(file.c_str(), "w");
-        const hvUniqueArray value = everyClass();
-        hvfPutVariable(out, "v", value.get());
-        hvfClose(out);
-    }
+    const hvUniqueArray original = everyClass();
+    ASSERT_TRUE(save(file, {{"v", original.get()}}));
     const std::vector<unsigned char> good = bytesOf(file);
     const std::string bad = path("bad.hvf");
     for (std::size_t cut = 0; cut < good.size(); ++cut) {
@@ -165,7 +168,6 @@ TEST_F(ValueFiles, DamagedAndForeignFilesAreRefusedWhole) {
     }
     // A flipped bit is refused, unless it lies in the unused bits that pad the compressed
     // stream's last byte, which change nothing that is read.
-    const hvUniqueArray original = everyClass();
     for (std::size_t at = 0; at < good.size(); ++at) {
         for (int bit = 0; bit < 8; ++bit) {
             std::vector<unsigned char> damaged = good;
@@ -192,15 +194,13 @@ TEST_F(ValueFiles, DamagedAndForeignFilesAreRefusedWhole) {
 TEST_F(ValueFiles, AFileTakesThePlaceOfTheEarlierOneOnlyWhenFinished) {
     const std::string file = path("run.hvf");
     const hvUniqueArray first(hvCreateString("first"));
-    hvFile* out = hvfOpen(file.c_str(), "w");
-    ASSERT_EQ(hvfPutVariable(out, "v", first.get()), 0);
-    ASSERT_EQ(hvfClose(out), 0);
+    const hvUniqueArray second(hvCreateString("second"));
+    ASSERT_TRUE(save(file, {{"v", first.get()}}));
     const std::vector<unsigned char> earlier = bytesOf(file);
 
     // Discarded, or with rows that do not fit what they opened: the earlier file stays, and
     // nothing else is left in the folder.
-    const hvUniqueArray second(hvCreateString("second"));
-    out = hvfOpen(file.c_str(), "w");
+    hvFile* out = hvfOpen(file.c_str(), "w");
     ASSERT_EQ(hvfPutVariable(out, "v", second.get()), 0);
     hvfDiscard(out);
     out = hvfOpen(file.c_str(), "w");
@@ -216,12 +216,8 @@ TEST_F(ValueFiles, AFileTakesThePlaceOfTheEarlierOneOnlyWhenFinished) {
     EXPECT_EQ(bytesOf(file), earlier);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(_folder), {}), 1);
 
-    out = hvfOpen(file.c_str(), "w");
-    ASSERT_EQ(hvfPutVariable(out, "v", second.get()), 0);
-    ASSERT_EQ(hvfClose(out), 0);
-    hvFile* in = hvfOpen(file.c_str(), "r");
-    EXPECT_TRUE(hvIsEqual(hvUniqueArray(hvfGetVariable(in, "v")).get(), second.get()));
-    hvfClose(in);
+    ASSERT_TRUE(save(file, {{"v", second.get()}}));
+    EXPECT_TRUE(hvIsEqual(load(file, "v").get(), second.get()));
 
     // Only a regular file is read; a pipe without a writer is not waited for.
     ASSERT_EQ(mkfifo(path("pipe.hvf").c_str(), 0600), 0);
@@ -231,74 +227,56 @@ TEST_F(ValueFiles, AFileTakesThePlaceOfTheEarlierOneOnlyWhenFinished) {
 }
 
 TEST_F(ValueFiles, HostileContentBehindASoundContainer) {
-    const auto pack = [](const std::function<void(msgpack::packer<msgpack::sbuffer>&)>& write) {
+    using Packer = msgpack::packer<msgpack::sbuffer>;
+    const auto pack = [](const std::function<void(Packer&)>& write) {
         msgpack::sbuffer buffer;
-        msgpack::packer<msgpack::sbuffer> packer(buffer);
+        Packer packer(buffer);
         write(packer);
         return std::string(buffer.data(), buffer.size());
     };
-    const auto variable = [](msgpack::packer<msgpack::sbuffer>& p, const char* name) {
-        p.pack_array(2);
-        p.pack(std::string(name));
+    const auto name = [](Packer& p) { p.pack_array(2), p.pack(std::string("v")); };
+    // A value's class and size, before its content.
+    const auto value = [](Packer& p, int cls, std::uint64_t m, std::uint64_t n) {
+        p.pack_array(3), p.pack(cls), p.pack_array(2), p.pack(m), p.pack(n);
     };
+    const auto variable = [&](Packer& p, int cls, std::uint64_t m, std::uint64_t n) {
+        name(p), value(p, cls, m, n);
+    };
+    const auto fields = [&](Packer& p, const std::string& second) {
+        variable(p, 2, 1, 1), p.pack_array(2), p.pack_array(2), p.pack(std::string("a")),
+            p.pack(second), p.pack_array(2), p.pack_nil(), p.pack_nil();
+    };
+    constexpr std::uint64_t kHuge = std::uint64_t{1} << 40;
     const struct {
         const char* what;
         std::string content;
     } cases[] = {
-        {"huge dimensions with little data", pack([&](auto& p) {
-             variable(p, "v");
-             p.pack_array(3), p.pack(5), p.pack_array(2), p.pack(std::uint64_t{1} << 40),
-                 p.pack(std::uint64_t{1} << 40), p.pack_bin(8), p.pack_bin_body("12345678", 8);
+        {"huge dimensions with little data", pack([&](Packer& p) {
+             variable(p, 5, kHuge, kHuge), p.pack_bin(8), p.pack_bin_body("12345678", 8);
          })},
-        {"dimensions whose product overflows", pack([&](auto& p) {
-             variable(p, "v");
-             p.pack_array(3), p.pack(2), p.pack_array(2), p.pack(std::uint64_t{1} << 40),
-                 p.pack(std::uint64_t{1} << 40), p.pack_array(0);
-         })},
-        {"a cell claiming more elements than bytes", pack([&](auto& p) {
-             variable(p, "v");
-             p.pack_array(3), p.pack(1), p.pack_array(2), p.pack(1), p.pack(1000000),
-                 p.pack_array(1000000);
-         })},
-        {"nesting deeper than values may", pack([&](auto& p) {
-             variable(p, "v");
+        {"dimensions whose product overflows",
+         pack([&](Packer& p) { variable(p, 2, kHuge, kHuge), p.pack_array(0); })},
+        {"a cell claiming more elements than bytes",
+         pack([&](Packer& p) { variable(p, 1, 1, 1000000), p.pack_array(1000000); })},
+        {"nesting deeper than values may", pack([&](Packer& p) {
+             name(p);
              for (int i = 0; i < 200; ++i) {
-                 p.pack_array(3), p.pack(1), p.pack_array(2), p.pack(1), p.pack(1), p.pack_array(1);
+                 value(p, 1, 1, 1), p.pack_array(1);
              }
              p.pack_nil();
          })},
-        {"a name given twice", pack([&](auto& p) {
+        {"a name given twice", pack([&](Packer& p) {
              for (int i = 0; i < 2; ++i) {
-                 variable(p, "v");
-                 p.pack_array(3), p.pack(5), p.pack_array(2), p.pack(1), p.pack(1), p.pack_bin(8),
-                     p.pack_bin_body("12345678", 8);
+                 variable(p, 5, 1, 1), p.pack_bin(8), p.pack_bin_body("12345678", 8);
              }
          })},
-        {"an unknown class", pack([&](auto& p) {
-             variable(p, "v");
-             p.pack_array(3), p.pack(99), p.pack_array(2), p.pack(1), p.pack(1), p.pack_nil();
-         })},
-        {"a structure with a repeated field name", pack([&](auto& p) {
-             variable(p, "v");
-             p.pack_array(3), p.pack(2), p.pack_array(2), p.pack(1), p.pack(1), p.pack_array(2),
-                 p.pack_array(2), p.pack(std::string("a")), p.pack(std::string("a")),
-                 p.pack_array(2), p.pack_nil(), p.pack_nil();
-         })},
-        {"field names that are one name up to a NUL", pack([&](auto& p) {
-             variable(p, "v");
-             p.pack_array(3), p.pack(2), p.pack_array(2), p.pack(1), p.pack(1), p.pack_array(2),
-                 p.pack_array(2), p.pack(std::string("a")), p.pack(std::string("a\0b", 3)),
-                 p.pack_array(2), p.pack_nil(), p.pack_nil();
-         })},
-        {"text shorter than its characters", pack([&](auto& p) {
-             variable(p, "v");
-             p.pack_array(3), p.pack(4), p.pack_array(2), p.pack(1), p.pack(5),
-                 p.pack(std::string("abc"));
-         })},
-        {"a variable without a value", pack([&](auto& p) {
-             variable(p, "v");
-             p.pack_nil();
-         })},
+        {"an unknown class", pack([&](Packer& p) { variable(p, 99, 1, 1), p.pack_nil(); })},
+        {"a structure with a repeated field name", pack([&](Packer& p) { fields(p, "a"); })},
+        {"field names that are one name up to a NUL",
+         pack([&](Packer& p) { fields(p, std::string("a\0b", 3)); })},
+        {"text shorter than its characters",
+         pack([&](Packer& p) { variable(p, 4, 1, 5), p.pack(std::string("abc")); })},
+        {"a variable without a value", pack([&](Packer& p) { name(p), p.pack_nil(); })},
     };
     for (const auto& c : cases) {
         writeContainer(path("hostile.hvf"), c.content);
@@ -307,15 +285,10 @@ TEST_F(ValueFiles, HostileContentBehindASoundContainer) {
         hvfClose(file);
     }
     // The same container around sound content opens.
-    writeContainer(path("sound.hvf"), pack([&](auto& p) {
-                       variable(p, "v");
-                       p.pack_array(3), p.pack(5), p.pack_array(2), p.pack(1), p.pack(1),
-                           p.pack_bin(8), p.pack_bin_body("\0\0\0\0\0\0\xf0?", 8);
+    writeContainer(path("sound.hvf"), pack([&](Packer& p) {
+                       variable(p, 5, 1, 1), p.pack_bin(8), p.pack_bin_body("\0\0\0\0\0\0\xf0?", 8);
                    }));
-    hvFile* file = hvfOpen(path("sound.hvf").c_str(), "r");
-    ASSERT_NE(file, nullptr);
-    EXPECT_EQ(hvGetScalar(hvUniqueArray(hvfGetVariable(file, "v")).get()), 1.0);
-    hvfClose(file);
+    EXPECT_EQ(hvGetScalar(load(path("sound.hvf"), "v").get()), 1.0);
 }
 
 }  // namespace

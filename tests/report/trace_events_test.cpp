@@ -20,14 +20,16 @@
 #include <boost/property_tree/json_parser.hpp>
 #include <boost/property_tree/ptree.hpp>
 
-#include <cmath>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <random>
 #include <set>
 
 #include <unistd.h>
 
+#include "golden_text.h"
 #include "processing/direct_matching_pass.h"
 #include "processing/random_log.h"
 
@@ -66,9 +68,10 @@ protected:
         if (summary) {
             *summary = written;
         }
-        read_json(_file.string(), _trace);
+        ptree trace;
+        read_json(_file.string(), trace);
         std::vector<Event> events;
-        for (const auto& [key, node] : _trace.get_child("traceEvents")) {
+        for (const auto& [key, node] : trace.get_child("traceEvents")) {
             for (const char* field : {"name", "ph", "ts", "pid", "tid"}) {
                 EXPECT_TRUE(node.get_child_optional(field)) << field << " missing";
             }
@@ -98,7 +101,6 @@ protected:
     }
 
     std::filesystem::path _file;
-    ptree _trace;
 };
 
 TEST_F(TraceEvents, EachKindOfRow) {
@@ -118,73 +120,17 @@ TEST_F(TraceEvents, EachKindOfRow) {
     points[0]->_statisticsTypeID = points[5]->_statisticsTypeID =
         static_cast<std::int32_t>(ptNameID(PT_TABLE_STATISTICS_TYPE, "solver"));
 
-    TraceEventsRequest request;
-    request.processName = "nightly";
-    request.threadName = "GLOBAL";
-    const std::vector<Event> events = exportOf(points, request);
+    // The rows, with the generated copy of the open phase over the wait, named after the phase
+    // before it, and memory as counters at each row's start and end.
+    exportOf(points, {.processName = "nightly", .threadName = "GLOBAL"});
+    std::ifstream in(_file, std::ios::binary);
+    pt::testing::expectGoldenText(PT_REPORT_GOLDEN_DIR, "trace_events",
+                                  std::string(std::istreambuf_iterator<char>(in), {}));
 
-    const std::vector<Event> meta = ofKind(events, "M");
-    ASSERT_EQ(meta.size(), 2u);
-    EXPECT_EQ(meta[0].name + "=" + meta[0].arg("name"), "process_name=nightly");
-    EXPECT_EQ(meta[1].name + "=" + meta[1].arg("name"), "thread_name=GLOBAL");
-
-    const struct {
-        const char* name;
-        const char* cat;
-        std::int64_t ts, dur;
-        const char* outline;
-        const char* model;
-        const char* machine;
-        const char* statisticsType;
-        std::int64_t cpuTimeUs;
-    } expected[] = {
-        {"outer", "Run", 0, 610000, "1", "-", "-", "solver", 110000},
-        {"inner", "Run", 10000, 10000, "1.1", "plant", "-", "-", 5000},
-        // a copy of the open phase, named after the phase before the wait
-        {"inner_post", kUnaccountedCategory, 20000, 500000, "1.2", "-", "-", "solver", 5000},
-        {"say \"hi\"\x01\xEF\xBF\xBD", "Charts\\\"Build\"", 520000, 80000, "1.3", "plant",
-         "machine", "-", 80000},
-    };
-    const std::vector<Event> phases = ofKind(events, "X");
-    ASSERT_EQ(phases.size(), std::size(expected));
-    for (std::size_t i = 0; i < phases.size(); ++i) {
-        const Event& e = phases[i];
-        SCOPED_TRACE(expected[i].name);
-        EXPECT_EQ(e.name, expected[i].name);
-        EXPECT_EQ(e.cat, expected[i].cat);
-        EXPECT_EQ(e.ts, expected[i].ts);
-        EXPECT_EQ(e.dur, expected[i].dur);
-        EXPECT_EQ(e.arg("outline"), expected[i].outline);
-        EXPECT_EQ(e.arg("model"), expected[i].model);
-        EXPECT_EQ(e.arg("target"), std::string(expected[i].model) == "-" ? "-" : "target");
-        EXPECT_EQ(e.arg("machine"), expected[i].machine);
-        EXPECT_EQ(e.arg("chart"), std::string(expected[i].machine) == "-" ? "-" : "chart");
-        EXPECT_EQ(e.arg("statisticsType"), expected[i].statisticsType);
-        EXPECT_EQ(e.args.get<std::int64_t>("cpuTimeUs"), expected[i].cpuTimeUs);
-    }
-
-    // Memory as counters at each row's start and end: the figures of the points logged there.
-    const std::vector<Event> counters = ofKind(events, "C");
-    ASSERT_EQ(counters.size(), 2 * phases.size());
-    std::map<std::int64_t, double> usageAt;
-    for (const Event& c : counters) {
-        EXPECT_EQ(c.name, "memory (MiB)");
-        EXPECT_NEAR(c.args.get<double>("virtual size"), 100.0, 1e-9);
-        usageAt[c.ts] = c.args.get<double>("usage");
-    }
-    const std::map<std::int64_t, double> logged = {{0, 10},      {10000, 11},  {20000, 12},
-                                                   {520000, 13}, {600000, 14}, {610000, 15}};
-    ASSERT_EQ(usageAt.size(), logged.size());
-    for (const auto& [ts, usage] : logged) {
-        EXPECT_NEAR(usageAt[ts], usage, 1e-9) << ts;
-    }
-    EXPECT_EQ(_trace.get<std::string>("otherData.selection"), "GLOBAL");
-}
-
-TEST_F(TraceEvents, NoCountersWithoutMemoryFigures) {
-    PTRawDataVector points = {makePoint(1, "Run", "solve", true, 1.0),
-                              makePoint(1, "Run", "solve", false, 1.5)};
-    const std::vector<Event> events = exportOf(points, {});
+    // No counters without memory figures.
+    PTRawDataVector plain = {makePoint(1, "Run", "solve", true, 1.0),
+                             makePoint(1, "Run", "solve", false, 1.5)};
+    const std::vector<Event> events = exportOf(plain, {});
     EXPECT_EQ(ofKind(events, "X").size(), 1u);
     EXPECT_EQ(ofKind(events, "C").size(), 0u);
 }
@@ -211,43 +157,34 @@ void expectNested(const std::vector<Event>& phases) {
 TEST_F(TraceEvents, RandomLogsFollowTheFormatsRules) {
     using pt::testing::DirectMatchingPass;
     using pt::testing::LogOptions;
-    const auto options = [](auto change) {
-        LogOptions o;
-        o.points = 300;
-        o.maxDepth = 6;
-        change(o);
-        return o;
-    };
     const struct {
         const char* what;
         LogOptions log;
-        std::vector<std::string> names;
-        bool byModel;
+        std::vector<std::string> names = {"GLOBAL"};
+        bool byModel = false;
     } cases[] = {
-        {"gaps", options([](LogOptions& o) { o.gapChance = 0.25; }), {"GLOBAL"}, false},
-        {"unaccounted phases",
-         options([](LogOptions& o) { o.unaccountedChance = 0.1; }),
-         {"Alpha", "Beta"},
-         false},
-        {"clocks stepping backwards",
-         options([](LogOptions& o) { o.backwardsChance = 0.2; }),
-         {"GLOBAL"},
-         false},
-        {"broken instrumentation", options([](LogOptions& o) { o.faults = 3; }), {"GLOBAL"}, false},
-        {"one grouping", options([](LogOptions&) {}), {"Beta"}, false},
-        {"models", options([](LogOptions&) {}), {"engine"}, true},
+        {"gaps", {.gapChance = 0.25}},
+        {"unaccounted phases", {.unaccountedChance = 0.1}, {"Alpha", "Beta"}},
+        {"clocks stepping backwards", {.backwardsChance = 0.2}},
+        {"broken instrumentation", {.faults = 3}},
+        {"one grouping", {}, {"Beta"}},
+        {"models", {}, {"engine"}, true},
     };
-    for (const auto& c : cases) {
+    for (auto c : cases) {
+        c.log.points = 300;
+        c.log.maxDepth = 6;
         for (unsigned seed = 1; seed <= 25; ++seed) {
             SCOPED_TRACE(std::string(c.what) + ", seed " + std::to_string(seed));
             std::mt19937 rng(seed);
             const PTRawDataVector log = pt::testing::randomLog(rng, c.log);
             PTRawDataVector exported = pt::testing::copyLog(log);
-            TraceEventsRequest request;
-            request.names = c.names;
-            request.byModel = c.byModel;
             TraceEventsSummary summary;
-            const std::vector<Event> phases = ofKind(exportOf(exported, request, &summary), "X");
+            const std::vector<Event> phases = ofKind(
+                exportOf(
+                    exported,
+                    {.names = c.names, .byModel = c.byModel, .processName = "", .threadName = ""},
+                    &summary),
+                "X");
             expectNested(phases);
 
             // The events are the pass's rows without the error rows, which are counted.
