@@ -1,11 +1,8 @@
+// Saves and loads of runs through the methods, and the reading of rows of every form.
+
 #include <pt_platform/hvf.h>
-#include <pt_platform/hvx.h>
 
 #include <boost/make_shared.hpp>
-
-#include <filesystem>
-
-#include <unistd.h>
 
 #include "host/persistence.h"
 #include "method_test_support.h"
@@ -13,40 +10,11 @@
 namespace pt::testing {
 namespace {
 
-class FileMethods : public MethodTest {
+class FileMethods : public FileMethodTest {
 protected:
-    void SetUp() override {
-        MethodTest::SetUp();
-        _folder = std::filesystem::temp_directory_path() /
-                  ("pt_files_" + std::to_string(getpid()) + ".hvf.d");  // ".hvf" in a folder
-        std::filesystem::create_directories(_folder);
-        hvxSetHostFunction("orviaroot", [](int, hvArray** plhs, int, hvArray**) {
-            plhs[0] = hvCreateString("/opt/orvia");
-            return 0;
-        });
-    }
-    void TearDown() override {
-        hvxRestoreHostFunctions();
-        std::filesystem::current_path(std::filesystem::temp_directory_path());
-        std::filesystem::remove_all(_folder);
-    }
-
-    std::string path(const std::string& name) const { return (_folder / name).string(); }
-
-    /// A run of all three classes, with memory figures, under two groupings.
-    static void logRun() {
-        ptAddGrouping("Run");
-        ptAddGrouping("Kestrune Startup");
-        ptEnableGlobalLogging(true);
-        ptLogOrviaData("Run", "/opt/orvia/toolbox/setup.m", true);
-        ptLogKestruneData("Run", "engine", "sim", "compile", true);
-        ptLogYlvaneData("Run", "engine", "sim", "machine", "chart", "step", true);
-        ptLogYlvaneData("Run", "engine", "sim", "machine", "chart", "step", false);
-        ptLogKestruneData("Run", "engine", "sim", "compile", false);
-        ptLogOrviaData("Run", "/opt/orvia/toolbox/setup.m", false);
-        ptLogKsStartupData("boot", true);
-        ptLogKsStartupData("boot", false);
-        ptEnableGlobalLogging(false);
+    /// The shared run, with memory figures and a generated point.
+    static void logRunWithMemory() {
+        logRun();
         auto& raw = *ptTracer()->_rawData;
         raw[1]->_basicMem = boost::make_shared<pt::BasicMemStats>(1e6, 2e6, 3e6);
         raw[2]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(5, 4, 3, 2, 1);
@@ -75,14 +43,12 @@ protected:
         }
         return out;
     }
-
-    std::filesystem::path _folder;
 };
 
 TEST_F(FileMethods, ARunSurvivesASaveAndALoad) {
-    logRun();
+    logRunWithMemory();
     const std::string file = path("run.hvf");
-    call("PerfTools.Tracer.saveToFile", valuesOf(text(file)));
+    call("PerfTools.Tracer.saveToFile", valuesOf(column(file)));  // a column is text too
     const std::vector<std::string> saved = describeStore();
 
     // Another run, whose tables give other ids to the same names.
@@ -126,7 +92,6 @@ TEST_F(FileMethods, ARunSurvivesASaveAndALoad) {
     EXPECT_EQ(ptGetPhaseStr(ptTracer()->_rawData->back()->_phaseID), "after");
 
     // A save of only the startup grouping, to the default name in the working folder.
-    std::filesystem::current_path(_folder);
     call("PerfTools.Tracer.saveKsStartupData", {});
     ptClearRawData();
     call("PerfTools.Tracer.loadTracerData", valuesOf(text("KsStartupData.hvf")));
@@ -144,59 +109,17 @@ TEST_F(FileMethods, ARunSurvivesASaveAndALoad) {
     EXPECT_EQ(hvGetN(cells.get()), 0u);
 }
 
-TEST_F(FileMethods, ErrorsOfTheThreeMethods) {
-    logRun();
-    const std::string save = "PerfTools.Tracer.saveToFile";
-    const std::string startup = "PerfTools.Tracer.saveKsStartupData";
-    const std::string load = "PerfTools.Tracer.loadTracerData";
-    for (auto& wrong : wrongValues()) {
-        expectRefused(save, valuesOf(std::move(wrong)),
-                      tracerError("ParameterMismatchString", {"Filename"}));
-    }
-    call(save, valuesOf(column(path("column.hvf"))));  // a column is text too
-    EXPECT_TRUE(std::filesystem::exists(path("column.hvf")));
-    const std::string nowhere = path("missing/folder/x.hvf");
-    expectRefused(save, valuesOf(text(nowhere)), tracerError("OpenFileFailed", {nowhere}));
-    expectRefused(startup, valuesOf(text(nowhere)), tracerError("OpenFileFailed", {nowhere}));
-    expectRefused(startup, valuesOf(text("a"), text("b")), tracerError("MaxParamsExceeded", {"1"}));
-    expectRefused(startup, valuesOf(number(1)),
-                  tracerError("ParameterMismatchString", {"Filename"}));
-
-    for (auto& wrong : wrongValues()) {
-        expectRefused(load, valuesOf(std::move(wrong)),
-                      tracerError("ParameterMismatchString", {"Filename"}));
-    }
-    expectRefused(load, valuesOf(text("/tmp/run.dat")), tracerError("MissingHvfExt"));
-    expectRefused(load, valuesOf(text(path("absent.hvf"))),
-                  tracerError("OpenFileFailed", {path("absent.hvf")}));
-    std::filesystem::copy_file("/proc/self/exe", path("foreign.hvf"));
-    expectRefused(load, valuesOf(text(path("foreign.hvf"))),
-                  tracerError("OpenFileFailed", {path("foreign.hvf")}));
-
-    // A device that takes no bytes: the rows cannot be put, and the points stay.
-    ptEnableGlobalLogging(true);
-    for (int i = 0; i < 5000; ++i) {
-        ptLogOrviaData("Run", "phase " + std::to_string(i), i % 2 == 0);
-    }
-    ptEnableGlobalLogging(false);
-    if (std::filesystem::exists("/dev/full")) {
-        expectRefused(save, valuesOf(text("/dev/full")),
-                      tracerError("DataWriteFail", {"Raw Data", "/dev/full"}));
-    }
-
-    // The root is stored before the input is looked at; a failed load keeps nothing else.
-    setPathStripRoot("");
-    EXPECT_EQ(errorOf(load, valuesOf(number(1))),
-              tracerError("ParameterMismatchString", {"Filename"}));
-    EXPECT_EQ(ptDisplayPhaseName("/opt/orvia/x", false), "x");
-}
-
 TEST_F(FileMethods, AFileWithoutTheVariablesEmptiesTheStore) {
     logRun();
     hvFile* other = hvfOpen(path("other.hvf").c_str(), "w");
     const hvUniqueArray value(hvCreateDoubleScalar(1));
     hvfPutVariable(other, "unrelated", value.get());
     hvfClose(other);
+    // The root is stored before the input is looked at; a failed load keeps nothing else.
+    setPathStripRoot("");
+    EXPECT_EQ(errorOf("PerfTools.Tracer.loadTracerData", valuesOf(number(1))),
+              tracerError("ParameterMismatchString", {"Filename"}));
+    EXPECT_EQ(ptDisplayPhaseName("/opt/orvia/x", false), "x");
     call("PerfTools.Tracer.loadTracerData", valuesOf(text(path("other.hvf"))));
     EXPECT_TRUE(ptTracer()->_rawData->empty());
 }

@@ -3,20 +3,15 @@
 // out of proportion to the file.
 
 #include <pt_platform/hvf.h>
-#include <pt_platform/hvx.h>
 
 #include <zlib.h>
 
 #include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include "method_test_support.h"
 
@@ -25,31 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class FileSafety : public MethodTest {
+class FileSafety : public FileMethodTest {
 protected:
-    void SetUp() override {
-        MethodTest::SetUp();
-        _folder = fs::temp_directory_path() / ("pt_safety_" + std::to_string(getpid()));
-        fs::create_directories(_folder);
-    }
-    void TearDown() override { fs::remove_all(_folder); }
-
-    std::string path(const std::string& name) const { return (_folder / name).string(); }
-
-    static std::string bytesOf(const std::string& file) {
-        std::ifstream in(file, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    /// The names in the folder: a failed save leaves nothing of its own behind.
-    std::vector<std::string> folderNames() const {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(_folder)) {
-            names.push_back(entry.path().filename().string());
-        }
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
     /// A run of the given number of points, which compress to about 19 bytes each.
     static void logPoints(int count) {
         ptClearRawData();
@@ -66,8 +38,6 @@ protected:
     static void save(const std::string& file) {
         call("PerfTools.Tracer.saveToFile", valuesOf(text(file)));
     }
-
-    fs::path _folder;
 };
 
 /// A file-size limit for the test process, with the signal that it raises ignored, so that a
@@ -121,10 +91,7 @@ TEST_F(FileSafety, ASaveThatCannotWriteItsBytesRaisesAndKeepsTheEarlierFile) {
     }
 
     // A save that fails before anything is put leaves the earlier file too.
-    hvxSetHostFunction("orviaroot", [](int, hvArray** plhs, int, hvArray**) {
-        plhs[0] = hvCreateDoubleScalar(1);
-        return 0;
-    });
+    answer("orviaroot", [] { return hvCreateDoubleScalar(1); });
     EXPECT_EQ(errorOf("PerfTools.Tracer.saveToFile", valuesOf(text(file))),
               tracerError("UnexpectedValue", {"Orvia Root"}));
     hvxRestoreHostFunctions();

@@ -16,22 +16,6 @@ class SystemInfo : public MethodTest {
 protected:
     void TearDown() override { hvxRestoreHostFunctions(); }
 
-    /// Makes a host function answer with a value, or refuse when the value is null.
-    static void answer(const std::string& name, std::function<hvArray*()> make) {
-        hvxSetHostFunction(name, [make](int nlhs, hvArray** plhs, int, hvArray**) {
-            hvArray* value = make();
-            if (!value) {
-                return 1;
-            }
-            if (nlhs >= 1) {
-                plhs[0] = value;
-            } else {
-                hvDestroyArray(value);
-            }
-            return 0;
-        });
-    }
-
     static std::string errorOfCollect() {
         try {
             performance_tracer::collectSystemInfo();
@@ -105,23 +89,24 @@ TEST_F(SystemInfo, CoresReadAtPrecisionZero) {
 }
 
 TEST_F(SystemInfo, AnswersOfTheWrongClass) {
-    answer("hostinfo", [] { return hvCreateDoubleScalar(1); });
-    EXPECT_EQ(errorOfCollect(), tracerError("UnexpectedValue") +
-                                    "|The value for \"CPU information\" is of an "
-                                    "unexpected class.");
-    hvxRestoreHostFunctions();
-    answer("hostfeature", [] { return hvCreateString("8"); });
-    EXPECT_EQ(errorOfCollect().substr(0, errorOfCollect().find('|')),
-              tracerError("UnexpectedValue"));
-    EXPECT_NE(errorOfCollect().find("Number of Cores"), std::string::npos);
-    hvxRestoreHostFunctions();
-    answer("version", [] { return hvCreateLogicalScalar(true); });
-    EXPECT_NE(errorOfCollect().find("CPU information"), std::string::npos);
-    hvxRestoreHostFunctions();
-    answer("evalcapture", [] { return hvCreateCellMatrix(1, 1); });
-    EXPECT_NE(errorOfCollect().find("installed products: [evalcapture('ver')]"), std::string::npos);
+    const struct {
+        const char* function;
+        hvArray* (*make)();
+        const char* field;
+    } cases[] = {
+        {"hostinfo", [] { return hvCreateDoubleScalar(1); }, "CPU information"},
+        {"hostfeature", [] { return hvCreateString("8"); }, "Number of Cores"},
+        {"version", [] { return hvCreateLogicalScalar(true); }, "CPU information"},
+        {"evalcapture", [] { return hvCreateCellMatrix(1, 1); },
+         "installed products: [evalcapture('ver')]"},
+    };
+    for (const auto& c : cases) {
+        answer(c.function, c.make);
+        EXPECT_EQ(errorOfCollect(), tracerError("UnexpectedValue") + "|The value for \"" + c.field +
+                                        "\" is of an unexpected class.");
+        hvxRestoreHostFunctions();
+    }
     // After failures the record is asked for anew, from the first field.
-    hvxRestoreHostFunctions();
     EXPECT_FALSE(performance_tracer::collectSystemInfo().installedProductsStr.empty());
 }
 
