@@ -7,6 +7,7 @@
 #include <locale>
 #include <random>
 #include <sstream>
+#include <vector>
 
 namespace {
 
@@ -19,42 +20,45 @@ std::string streamed(T value, int precision) {
     return stream.str();
 }
 
-TEST(NumberText, ReportTexts) {
-    EXPECT_EQ(ptNumberText(0.125, 5), "0.125");
-    EXPECT_EQ(ptNumberText(1234.56, 5), "1234.6");
-    EXPECT_EQ(ptNumberText(123456.7, 5), "1.2346e+05");
-    EXPECT_EQ(ptNumberText(100000.0, 5), "1e+05");
-    EXPECT_EQ(ptNumberText(0.0001, 5), "0.0001");
-    EXPECT_EQ(ptNumberText(0.00001234, 5), "1.234e-05");
-    EXPECT_EQ(ptNumberText(-2.5, 5), "-2.5");
-    EXPECT_EQ(ptNumberText(3.14159, 2), "3.1");
-    EXPECT_EQ(ptNumberText(1.0 / 3.0, 99), "0.333333333333333");  // capped at 15
-    EXPECT_EQ(ptNumberText(1.0L / 3.0L, 99), "0.333333333333333333");
-    EXPECT_EQ(ptNumberText(1.0f / 3.0f, 99), "0.333333");
-    for (const std::string& zero :
-         {ptNumberText(0, 5), ptNumberText(0.0f, 5), ptNumberText(0.0, 5), ptNumberText(0.0L, 5)}) {
-        EXPECT_EQ(zero, "0");
+// Precision is capped at 15 for double and has no effect on integers. Decimal casts are cut,
+// not rounded, and precision 0 cuts one character short of the point; a clock of 1000 MHz is
+// not above 1 GHz after the division.
+TEST(NumberText, ReportTextsAndDecimalCasts) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    const std::vector<std::string> texts = {
+        ptNumberText(0.125, 5),        ptNumberText(1234.56, 5),
+        ptNumberText(123456.7, 5),     ptNumberText(100000.0, 5),
+        ptNumberText(0.0001, 5),       ptNumberText(0.00001234, 5),
+        ptNumberText(-2.5, 5),         ptNumberText(3.14159, 2),
+        ptNumberText(1.0 / 3.0, 99),   ptNumberText(1.0L / 3.0L, 99),
+        ptNumberText(1.0f / 3.0f, 99), ptNumberText(0, 5),
+        ptNumberText(0.0f, 5),         ptNumberText(0.0, 5),
+        ptNumberText(0.0L, 5),         ptNumberText(-123456789, 5),
+        ptNumberText(inf, 5),          ptDoubleToUString(2, 1.5),
+        ptDoubleToUString(2, 1.0),     ptDoubleToUString(0, 12.9),
+        ptDoubleToUString(0, 7.0),     ptDoubleToUString(3, 2.718281828),
+        ptDoubleToUString(-1, 2.5),    ptDoubleToUString(2, nan),
+        ptDoubleToUString(1, -inf),    ptClockSpeedText(1000000),
+        ptClockSpeedText(2893437),     ptIntToUString(-42),
+        ptIntToUString(2147483647)};
+    std::string joined;
+    for (const std::string& text : texts) {
+        joined += text + "|";
     }
-    EXPECT_EQ(ptNumberText(-123456789, 5), "-123456789");  // precision has no effect
-    EXPECT_EQ(ptNumberText(std::numeric_limits<double>::infinity(), 5), "inf");
+    EXPECT_EQ(joined,
+              "0.125|1234.6|1.2346e+05|1e+05|0.0001|1.234e-05|-2.5|3.1|0.333333333333333|"
+              "0.333333333333333333|0.333333|0|0|0|0|-123456789|inf|1.5|1.00|1|7|2.718|2.5|"
+              "nan.00|-inf.0|1000 MHz|2.8934 GHz|-42|2147483647|");
 }
 
 TEST(NumberText, MatchesTheClassicStream) {
     std::mt19937_64 rng(5);
     std::uniform_real_distribution<double> mantissa(-10.0, 10.0);
     std::uniform_int_distribution<int> exponent(-30, 30);
-    const double specials[] = {0.0,
-                               -0.0,
-                               1.0,
-                               0.5,
-                               9.99995,
-                               99999.5,
-                               1e15,
-                               1e-300,
-                               5e-324,
-                               std::numeric_limits<double>::max(),
-                               std::numeric_limits<double>::quiet_NaN(),
-                               -std::numeric_limits<double>::infinity()};
+    using L = std::numeric_limits<double>;
+    const double specials[] = {0.0,    -0.0,   1.0,     0.5,      1e15,           9.99995,
+                               1e-300, 5e-324, 99999.5, L::max(), L::quiet_NaN(), -L::infinity()};
     for (int i = 0; i < 20000; ++i) {
         const double value = i < 12 ? specials[i] : mantissa(rng) * std::pow(10.0, exponent(rng));
         for (int precision : {-1, 0, 1, 2, 5, 6, 9, 15, 17, 18, 25}) {
@@ -68,21 +72,6 @@ TEST(NumberText, MatchesTheClassicStream) {
                 << static_cast<double>(wide) << " at " << precision;
         }
     }
-}
-
-TEST(NumberText, DecimalCasts) {
-    EXPECT_EQ(ptDoubleToUString(2, 1.5), "1.5");
-    EXPECT_EQ(ptDoubleToUString(2, 1.0), "1.00");
-    EXPECT_EQ(ptDoubleToUString(0, 12.9), "1");  // cut one character short of the point
-    EXPECT_EQ(ptDoubleToUString(0, 7.0), "7");
-    EXPECT_EQ(ptDoubleToUString(3, 2.718281828), "2.718");  // cut, not rounded
-    EXPECT_EQ(ptDoubleToUString(-1, 2.5), "2.5");
-    EXPECT_EQ(ptDoubleToUString(2, std::numeric_limits<double>::quiet_NaN()), "nan.00");
-    EXPECT_EQ(ptDoubleToUString(1, -std::numeric_limits<double>::infinity()), "-inf.0");
-    EXPECT_EQ(ptClockSpeedText(1000000), "1000 MHz");  // not above 1 after the division
-    EXPECT_EQ(ptClockSpeedText(2893437), "2.8934 GHz");
-    EXPECT_EQ(ptIntToUString(-42), "-42");
-    EXPECT_EQ(ptIntToUString(2147483647), "2147483647");
 }
 
 }  // namespace
