@@ -7,11 +7,14 @@
 
 #include <boost/make_shared.hpp>
 
+#include <tuple>
+
 #include "processing/selection.h"
 #include "random_log.h"
 
 namespace {
 
+using pt::testing::logOf;
 using pt::testing::makePoint;
 
 class Aggregation : public ::testing::Test {
@@ -31,14 +34,11 @@ protected:
     PTProcessedData _data;
 };
 
-TEST_F(Aggregation, LeavesSumAllTheirTime) {
-    PTRawDataVector log;
-    for (int i = 0; i < 3; ++i) {
-        log.push_back(makePoint(0, "G", "leaf", true, i, i / 2.0));
-        log.push_back(makePoint(0, "G", "leaf", false, i + 0.25 * (i + 1), i / 2.0 + 0.1));
-    }
-    log[5]->_basicMem = boost::make_shared<pt::BasicMemStats>(1048576.0, 0, 0);
-    const PTAggregateMap map = aggregate(log);
+TEST_F(Aggregation, LeavesSumAllTheirTimeParentsOnlyTheirGeneratedSelfTime) {
+    PTRawDataVector leaves =
+        logOf("leaf+0/0,leaf-.25/.1,leaf+1/.5,leaf-1.5/.6,leaf+2/1,leaf-2.75/1.1");
+    leaves[5]->_basicMem = boost::make_shared<pt::BasicMemStats>(1048576.0, 0, 0);
+    PTAggregateMap map = aggregate(leaves);
     ASSERT_EQ(map.size(), 1u);
     const auto& leaf = entry(map, "leaf");
     EXPECT_EQ(leaf._count, 3);
@@ -48,19 +48,11 @@ TEST_F(Aggregation, LeavesSumAllTheirTime) {
     EXPECT_EQ(leaf._usageMax, 1.0);
     EXPECT_EQ(leaf._usageDeltaSum, 1.0L);
     EXPECT_FALSE(leaf._isParent);
-}
 
-TEST_F(Aggregation, ParentsHaveOnlyTheirGeneratedSelfTime) {
-    PTRawDataVector log = {makePoint(0, "G", "P", true, 0.0), makePoint(0, "G", "c", true, 0.01),
-                           makePoint(0, "G", "c", false, 0.02), makePoint(0, "G", "P", false, 0.03),
-                           // a second execution with a measured wait at its start
-                           makePoint(0, "G", "P", true, 1.0), makePoint(0, "G", "c", true, 1.5),
-                           makePoint(0, "G", "c", false, 1.75), makePoint(0, "G", "P", false, 1.8),
-                           // a wait after a child, as a row of its own
-                           makePoint(0, "G", "Q", true, 3.0), makePoint(0, "G", "c", true, 3.0),
-                           makePoint(0, "G", "c", false, 3.0), makePoint(0, "G", "d", true, 3.5),
-                           makePoint(0, "G", "d", false, 3.5), makePoint(0, "G", "Q", false, 3.5)};
-    const PTAggregateMap map = aggregate(log);
+    // A second execution of P has a measured wait at its start; Q a wait after a child, a row
+    // of its own.
+    map = aggregate(
+        logOf("P+0,c+.01,c-.02,P-.03,P+1,c+1.5,c-1.75,P-1.8,Q+3,c+3,c-3,d+3.5,d-3.5,Q-3.5"));
     const auto& parent = entry(map, "P");
     EXPECT_TRUE(parent._isParent);
     EXPECT_EQ(parent._count, 2);  // the "_self" row is no execution
@@ -73,13 +65,10 @@ TEST_F(Aggregation, ParentsHaveOnlyTheirGeneratedSelfTime) {
 }
 
 TEST_F(Aggregation, SelfInTheNameAndEntriesAcrossGroupings) {
-    PTRawDataVector log = {
-        makePoint(0, "G1", "_selfish", true, 0.0), makePoint(0, "G1", "_selfish", false, 0.5),
-        makePoint(0, "G1", "A_self", true, 1.0),  // no entry "A": dropped
-        makePoint(0, "G1", "A_self", false, 1.5),  makePoint(1, "G2", "shared", true, 2.0),
-        makePoint(0, "G3", "shared", true, 2.0),   makePoint(0, "G3", "shared", false, 2.0),
-        makePoint(1, "G2", "shared", false, 3.0)};
-    const PTAggregateMap map = aggregate(log);
+    // "A_self" has no entry "A" to go to: dropped.
+    const PTAggregateMap map = aggregate(
+        logOf("G1:_selfish+0,G1:_selfish-.5,G1:A_self+1,G1:A_self-1.5,1G2:shared+2,G3:shared+2,"
+              "G3:shared-2,1G2:shared-3"));
     EXPECT_EQ(entry(map, "_selfish")._count, 1);
     EXPECT_EQ(map.count(static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, "A_self"))), 0u);
     const auto& shared = entry(map, "shared");
@@ -95,7 +84,7 @@ TEST_F(Aggregation, SelfInTheNameAndEntriesAcrossGroupings) {
     }
 }
 
-TEST_F(Aggregation, GeneratedRowsWithChildrenAndEmptyLists) {
+TEST_F(Aggregation, GeneratedRowsWithChildrenEmptyListsAndSelfRows) {
     PTDiagnosticInfoList none;
     EXPECT_TRUE(ptAggregate(*ptTracer(), none).empty());
 
@@ -111,17 +100,16 @@ TEST_F(Aggregation, GeneratedRowsWithChildrenAndEmptyLists) {
     // Removing a self row undoes adding it.
     PTAggregateDataPoint point(0, 0, true);
     info->_point->wcElapsedTime = 2.0;
+    info->_point->_basicMem->procMemUsageDelta = 2.5;
     point.addSelfRow(*info->_point);
-    EXPECT_EQ(point._wcSelf, 2.0);
-    EXPECT_EQ(point._count, 0);
+    EXPECT_EQ(std::make_tuple(point._wcSelf, point._count, point._usageDeltaSum),
+              std::make_tuple(2.0, 0, 2.5L));
     point.subtractSelfRow(*info->_point);
     EXPECT_EQ(point._wcSelf, 0.0);
 }
 
 TEST_F(Aggregation, MaximaNeverGoBelowZeroAndParentsAddNoDeltas) {
-    PTRawDataVector log = {makePoint(0, "G", "P", true, 0.0), makePoint(0, "G", "c", true, 0.01),
-                           makePoint(0, "G", "c", false, 0.02),
-                           makePoint(0, "G", "P", false, 0.03)};
+    PTRawDataVector log = logOf("P+0,c+.01,c-.02,P-.03");
     for (auto& point : log) {
         point->_basicMem = boost::make_shared<pt::BasicMemStats>(-5 * 1048576.0, 0, 0);
     }
@@ -131,12 +119,6 @@ TEST_F(Aggregation, MaximaNeverGoBelowZeroAndParentsAddNoDeltas) {
     EXPECT_EQ(parent._usageMax, 0.0);        // -1 MiB is not above the start value 0
     EXPECT_EQ(parent._usageDeltaSum, 0.0L);  // a parent adds no deltas of its own
     EXPECT_EQ(entry(map, "c")._usageDeltaSum, 0.0L);
-
-    PTAggregateDataPoint self(0, 0, true);
-    PTOrviaProcessedDataPoint gap(*log[0]);
-    gap._basicMem->procMemUsageDelta = 2.5;
-    self.addSelfRow(gap);
-    EXPECT_EQ(self._usageDeltaSum, 2.5L);
 }
 
 }  // namespace

@@ -2,8 +2,6 @@
 #include "processing/selection.h"
 
 #include <performance_tracer/constants.h>
-#include <performance_tracer/groupings.h>
-#include <performance_tracer/logging.h>
 #include <performance_tracer/names.h>
 #include <performance_tracer/raw_store.h>
 #include <performance_tracer/tracer.h>
@@ -13,7 +11,6 @@
 #include <boost/make_shared.hpp>
 
 #include <cmath>
-#include <regex>
 #include <sstream>
 
 #include "direct_matching_pass.h"
@@ -24,6 +21,7 @@
 namespace {
 
 using pt::testing::copyLog;
+using pt::testing::logOf;
 using pt::testing::LogOptions;
 using pt::testing::makePoint;
 using pt::testing::randomLog;
@@ -59,24 +57,6 @@ Pass run(PTRawDataVector& log, const Names& names, Variant variant = Variant::Gr
         }
     }
     return pass;
-}
-
-/// A log from tokens "[type][grouping:]phase(+|-)wall[/cpu][~]": type 0 and grouping "G"
-/// unless given, "~" for a point without memory records.
-PTRawDataVector logOf(const std::string& events) {
-    static const std::regex token(
-        R"((\d)?(?:(\w+):)?([^,+\-\s][^,+\-]*)([+-])([\d.]+)(/[\d.]+)?(~)?)");
-    PTRawDataVector log;
-    for (std::sregex_iterator m(events.begin(), events.end(), token), end; m != end; ++m) {
-        const std::smatch& g = *m;
-        log.push_back(makePoint(g[1].matched ? std::stoi(g[1]) : 0, g[2].matched ? g[2].str() : "G",
-                                g[3].str(), g[4] == "+", std::stod(g[5]),
-                                g[6].matched ? std::stod(g[6].str().substr(1)) : 0.0));
-        if (g[7].matched) {
-            log.back()->_basicMem.reset();
-        }
-    }
-    return log;
 }
 
 /// Each row as "row:number name type/depth/children start+elapsed", E for an error row, G for
@@ -234,28 +214,6 @@ TEST_F(MatchingPass, PhasesNestedAHundredThousandDeep) {
     if (!pt::testing::kSanitized) {
         EXPECT_LT(pt::testing::peakResidentBytes(), pt::testing::kGiB);
     }
-}
-
-TEST_F(MatchingPass, NullListsMeanTheLiveStore) {
-    PerformanceTracer& tracer = *ptTracer();
-    PTPointMap map;
-    PTProcessedData data, diagnostic, models, unknown;
-    ptMatchModels(tracer, nullptr, {"GLOBAL"}, map, data);
-    EXPECT_TRUE(data._hasError);  // an empty store
-    EXPECT_TRUE(ptMatchDiagnostic(tracer, nullptr, "G", map, diagnostic));
-    EXPECT_FALSE(diagnostic._hasError);
-
-    ptEnableGlobalLogging(true);
-    ptAddGrouping("Live");
-    ptLogKestruneData("Live", "m", "t", "p", true);
-    ptLogKestruneData("Live", "m", "t", "p", false);
-    ptEnableGlobalLogging(false);
-    ptMatchModels(tracer, nullptr, {"m"}, map, models);
-    EXPECT_FALSE(models._hasError);
-    EXPECT_EQ(map.size(), 2u);
-    map.clear();
-    EXPECT_FALSE(ptMatchDiagnostic(tracer, nullptr, "never added", map, unknown));
-    EXPECT_TRUE(map.empty());
 }
 
 TEST_F(MatchingPass, EndTimesAndMemoryOfAMatchedPhase) {

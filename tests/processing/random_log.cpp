@@ -6,6 +6,7 @@
 #include <boost/make_shared.hpp>
 
 #include <algorithm>
+#include <regex>
 
 namespace pt::testing {
 
@@ -106,6 +107,22 @@ PTRawDataVector randomLog(std::mt19937& rng, const LogOptions& options) {
             }
             case 2: std::swap(log[at], log[pick(log.size())]); break;
             default: log[at]->_phaseID = id(PT_TABLE_PHASE, "renamed"); break;
+        }
+    }
+    return log;
+}
+
+PTRawDataVector logOf(const std::string& events) {
+    static const std::regex token(
+        R"((\d)?(?:(\w+):)?([^,+\-\s][^,+\-]*)([+-])([\d.]+)(/[\d.]+)?(~)?)");
+    PTRawDataVector log;
+    for (std::sregex_iterator m(events.begin(), events.end(), token), end; m != end; ++m) {
+        const std::smatch& g = *m;
+        log.push_back(makePoint(g[1].matched ? std::stoi(g[1]) : 0, g[2].matched ? g[2].str() : "G",
+                                g[3].str(), g[4] == "+", std::stod(g[5]),
+                                g[6].matched ? std::stod(g[6].str().substr(1)) : 0.0));
+        if (g[7].matched) {
+            log.back()->_basicMem.reset();
         }
     }
     return log;

@@ -42,4 +42,8 @@ boost::shared_ptr<PTOrviaDataPoint> makePoint(int pointType, const std::string& 
                                               double cpuTime = 0.0,
                                               const std::string& model = "model");
 
+/// A log from tokens "[type][grouping:]phase(+|-)wall[/cpu][~]" separated by commas, as
+/// "1G:P+0.5/0.25": type 0 and grouping "G" unless given, "~" for a point without memory records.
+PTRawDataVector logOf(const std::string& events);
+
 }  // namespace pt::testing

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "processing/matching_pass.h"
 #include "random_log.h"
 
 namespace {
@@ -26,17 +27,22 @@ PTRawDataVector twoGroupings() {
             makePoint(2, "G", "y", false, 6.1),         makePoint(1, "G", "k", false, 6.15)};
 }
 
-TEST_F(Selection, RowsComeInStartOrderWithTheListsOrigin) {
+std::string phases(const PTProcessedData& data) {
+    std::string text;
+    for (const auto& row : data._rows) {
+        text += ptGetPhaseStr(row->_point->_phaseID) + std::to_string(row->_point->_pointType);
+    }
+    return text;
+}
+
+TEST_F(Selection, RowsInStartOrderWithTheListsOrigin) {
     PTRawDataVector log = twoGroupings();
     const PTProcessedData data = ptProcessRaw(tracer(), log, {"G"}, false);
-    ASSERT_EQ(data._rows.size(), 2u);
-    EXPECT_EQ(ptGetPhaseStr(data._rows[0]->_point->_phaseID), "k");
-    EXPECT_EQ(ptGetPhaseStr(data._rows[1]->_point->_phaseID), "y");
+    EXPECT_EQ(phases(data), "k1y2");
     // Start times stay relative to the first point taken up; the origin moves to the list's
     // first point.
     EXPECT_NEAR(data._rows[1]->_point->wcStartTime, 0.05, 1e-12);
-    EXPECT_EQ(data._baseWC, 5.0);
-    EXPECT_EQ(data._baseCPU, 1.0);
+    EXPECT_EQ(std::make_pair(data._baseWC, data._baseCPU), std::make_pair(5.0, 1.0));
     EXPECT_NEAR(data._totalWC, 0.15, 1e-12);
 
     PTRawDataVector again = twoGroupings();
@@ -44,30 +50,34 @@ TEST_F(Selection, RowsComeInStartOrderWithTheListsOrigin) {
     EXPECT_TRUE(none._rows.empty());
     EXPECT_FALSE(none._hasError);
     EXPECT_EQ(none._baseWC, 5.0);
-}
 
-TEST_F(Selection, AnErrorAnywhereLeavesNoRows) {
-    PTRawDataVector log = twoGroupings();
+    // Model selections leave out host-language points.
+    const struct {
+        const char* model;
+        const char* rows;
+    } models[] = {{"GLOBAL", "k1y2"}, {"model", "k1y2"}, {"no model", ""}};
+    for (const auto& [model, rows] : models) {
+        PTRawDataVector copy = twoGroupings();
+        EXPECT_EQ(phases(ptProcessRaw(tracer(), copy, {model}, true)), rows) << model;
+    }
+
+    // An error anywhere leaves no rows.
+    log = twoGroupings();
     log.push_back(makePoint(0, "G", "stray", false, 8.0));
-    const PTProcessedData data = ptProcessRaw(tracer(), log, {"GLOBAL"}, false);
-    EXPECT_TRUE(data._hasError);
-    EXPECT_TRUE(data._rows.empty());
+    const PTProcessedData broken = ptProcessRaw(tracer(), log, {"GLOBAL"}, false);
+    EXPECT_TRUE(broken._hasError);
+    EXPECT_TRUE(broken._rows.empty());
 }
 
-TEST_F(Selection, ModelSelectionLeavesOutHostLanguagePoints) {
-    PTRawDataVector log = twoGroupings();
-    const PTProcessedData data = ptProcessRaw(tracer(), log, {"GLOBAL"}, true);
-    ASSERT_EQ(data._rows.size(), 2u);
-    EXPECT_EQ(data._rows[0]->_point->_pointType, 1);
-    EXPECT_EQ(data._rows[1]->_point->_pointType, 2);
+TEST_F(Selection, NullListsMeanTheLiveStore) {
+    PerformanceTracer& t = tracer();
+    PTPointMap map;
+    PTProcessedData empty, diagnostic, models, unknown;
+    ptMatchModels(t, nullptr, {"GLOBAL"}, map, empty);
+    EXPECT_TRUE(empty._hasError);  // an empty store
+    EXPECT_TRUE(ptMatchDiagnostic(t, nullptr, "G", map, diagnostic));
+    EXPECT_FALSE(diagnostic._hasError);
 
-    PTRawDataVector byName = twoGroupings();
-    EXPECT_EQ(ptProcessRaw(tracer(), byName, {"model"}, true)._rows.size(), 2u);
-    PTRawDataVector unknown = twoGroupings();
-    EXPECT_TRUE(ptProcessRaw(tracer(), unknown, {"no model"}, true)._rows.empty());
-}
-
-TEST_F(Selection, NullListMeansTheLiveStore) {
     ptEnableGlobalLogging(true);
     ptAddGrouping("Live");
     ptLogKestruneData("Live", "m", "t", "phase", true);
@@ -76,21 +86,25 @@ TEST_F(Selection, NullListMeansTheLiveStore) {
     ptLogOrviaData("Live", "host", false);
     ptEnableGlobalLogging(false);
 
-    const PTProcessedData groupings = ptGetProcessedDataForGroupings(nullptr, {"Live"});
-    EXPECT_EQ(groupings._rows.size(), 2u);
-    const PTProcessedData models = ptGetProcessedDataForModels(nullptr, {"m"});
-    ASSERT_EQ(models._rows.size(), 1u);
-    EXPECT_EQ(ptGetModelStr(models._rows[0]->_point->modelID()), "m");
-    EXPECT_EQ(tracer()._rawData->size(), 4u);  // the store itself is never changed
+    ptMatchModels(t, nullptr, {"m"}, map, models);
+    EXPECT_FALSE(models._hasError);
+    EXPECT_EQ(map.size(), 2u);
+    map.clear();
+    EXPECT_FALSE(ptMatchDiagnostic(t, nullptr, "never added", map, unknown));
+    EXPECT_TRUE(map.empty());
+    EXPECT_EQ(phases(ptGetProcessedDataForGroupings(nullptr, {"Live"})), "phase1host0");
+    const PTProcessedData byModel = ptGetProcessedDataForModels(nullptr, {"m"});
+    ASSERT_EQ(byModel._rows.size(), 1u);
+    EXPECT_EQ(ptGetModelStr(byModel._rows[0]->_point->modelID()), "m");
+    EXPECT_EQ(t._rawData->size(), 4u);  // the store itself is never changed
 
     // No store at all: an empty record that is no error.
-    auto store = std::move(tracer()._rawData);
+    auto store = std::move(t._rawData);
     const PTProcessedData nothing = ptGetProcessedDataForGroupings(nullptr, {"GLOBAL"});
-    tracer()._rawData = std::move(store);
+    t._rawData = std::move(store);
     EXPECT_TRUE(nothing._rows.empty());
     EXPECT_FALSE(nothing._hasError);
-    EXPECT_EQ(nothing._totalWC, 0.0);
-    EXPECT_EQ(nothing._levelCount, 0);
+    EXPECT_EQ(std::make_pair(nothing._totalWC, nothing._levelCount), std::make_pair(0.0, 0));
 }
 
 TEST_F(Selection, APointListedTwiceGivesItsLastRowEachTime) {
