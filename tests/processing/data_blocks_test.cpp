@@ -8,6 +8,8 @@
 #include <boost/make_shared.hpp>
 
 #include <limits>
+#include <sstream>
+#include <tuple>
 
 #include "golden_text.h"
 #include "processing/selection.h"
@@ -24,28 +26,36 @@ using pt::testing::makePoint;
 constexpr double kMiB = 1048576.0;
 const char* const kMetrics[] = {"time", "basicmemory", "detailedmemory", "elapsed"};
 
-struct Event {
-    int type;
-    const char* phase;
-    bool start;
-    double time;
-};
-
-/// A run under the grouping "EvalPrms", whose id is 0 in every process; memory figures grow
-/// with each point so that every field has a value of its own.
-PTRawDataVector runOf(const std::vector<Event>& events) {
-    PTRawDataVector log;
-    double k = 0;
-    for (const Event& e : events) {
-        auto point = makePoint(e.type, "EvalPrms", e.phase, e.start, e.time, e.time / 2, "engine");
-        point->_basicMem = boost::make_shared<pt::BasicMemStats>((1 + k) * kMiB, (2 + 2 * k) * kMiB,
-                                                                 (100 - k) * kMiB);
-        point->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
-            (50 - k) * kMiB, 10 * kMiB, (20 + k) * kMiB, 5 * kMiB, (1 + k / 4) * kMiB);
-        log.push_back(point);
-        ++k;
+/// A run under the grouping "EvalPrms", whose id is 0 in every process, CPU times half the
+/// wall-clock times; memory figures grow with each point so that every field has a value of
+/// its own.
+PTRawDataVector runOf(const std::string& events) {
+    PTRawDataVector log = pt::testing::logOf(events, "EvalPrms", "engine");
+    for (std::size_t k = 0; k < log.size(); ++k) {
+        const double m = static_cast<double>(k);
+        log[k]->_cpuTime = log[k]->_wcTime / 2;
+        log[k]->_basicMem = boost::make_shared<pt::BasicMemStats>(
+            (1 + m) * kMiB, (2 + 2 * m) * kMiB, (100 - m) * kMiB);
+        log[k]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
+            (50 - m) * kMiB, 10 * kMiB, (20 + m) * kMiB, 5 * kMiB, (1 + m / 4) * kMiB);
     }
     return log;
+}
+
+/// The fields of each record "new dataStruct(...)" of a block.
+std::vector<std::vector<std::string>> records(const std::string& block) {
+    std::vector<std::vector<std::string>> out;
+    const std::string head = "new dataStruct(";
+    for (std::size_t at = block.find(head); at != std::string::npos;
+         at = block.find(head, at + 1)) {
+        std::stringstream record(
+            block.substr(at + head.size(), block.find(')', at) - at - head.size()));
+        out.emplace_back();
+        for (std::string field; std::getline(record, field, ',');) {
+            out.back().push_back(field);
+        }
+    }
+    return out;
 }
 
 class DataBlocks : public ::testing::Test {
@@ -53,30 +63,13 @@ protected:
     void SetUp() override {
         ptClearRawData();
         setPathStripRoot("");
-        _leftLog = runOf({{0, "run", true, 0.0},
-                          {1, "compile", true, 0.01},
-                          {1, "compile", false, 0.5},
-                          {2, "step", true, 1.0},  // a gap before
-                          {2, "step", false, 1.05},
-                          {1, "link", true, 1.06},
-                          {1, "link", false, 1.08},
-                          {0, "run", false, 1.1},
-                          {0, "save", true, 1.15},
-                          {0, "save", false, 1.2}});
-        _rightLog = runOf({{0, "run", true, 0.0},
-                           {1, "compile", true, 0.01},
-                           {1, "compile", false, 0.3},
-                           {1, "compile", true, 0.31},
-                           {1, "compile", false, 0.6},
-                           {2, "step", true, 0.62},
-                           {2, "step", false, 0.7},
-                           {0, "run", false, 0.75},
-                           {0, "verify", true, 0.8},
-                           {0, "check", true, 0.81},
-                           {0, "check", false, 0.85},
-                           {0, "verify", false, 0.9},
-                           {0, "save", true, 0.95},
-                           {0, "save", false, 1.0}});
+        // On the left a gap before "step".
+        _leftLog = runOf(
+            "run+0,1compile+.01,1compile-.5,2step+1,2step-1.05,1link+1.06,1link-1.08,run-1.1,"
+            "save+1.15,save-1.2");
+        _rightLog = runOf(
+            "run+0,1compile+.01,1compile-.3,1compile+.31,1compile-.6,2step+.62,2step-.7,run-.75,"
+            "verify+.8,check+.81,check-.85,verify-.9,save+.95,save-1");
         PerformanceTracer& t = *ptTracer();
         _left = ptProcessRaw(t, _leftLog, {"GLOBAL"}, false);
         _right = ptProcessRaw(t, _rightLog, {"GLOBAL"}, false);
@@ -123,20 +116,7 @@ TEST_F(DataBlocks, CarryOversOfTheComparisonWriter) {
     PerformanceTracer& t = *ptTracer();
     // A right-only parent keeps the right self texts of the row before it.
     const auto pairs = ptAlignRows(t, _left._rows, _right._rows);
-    const std::string block = ptHtmlProcDiffData(t, pairs, "time", "LHS", "RHS");
-    std::vector<std::string> records;
-    for (std::size_t at = block.find("new dataStruct("); at != std::string::npos;
-         at = block.find("new dataStruct(", at + 1)) {
-        records.push_back(block.substr(at, block.find(')', at) - at));
-    }
-    const auto fields = [](const std::string& record) {
-        std::vector<std::string> out;
-        std::stringstream stream(record.substr(std::string("new dataStruct(").size()));
-        for (std::string field; std::getline(stream, field, ',');) {
-            out.push_back(field);
-        }
-        return out;
-    };
+    const auto fields = records(ptHtmlProcDiffData(t, pairs, "time", "LHS", "RHS"));
     std::size_t verify = 0;
     for (std::size_t i = 0; i < pairs.size(); ++i) {
         if (pairs[i].kind == PT_ALIGN_RHS_ONLY &&
@@ -145,8 +125,8 @@ TEST_F(DataBlocks, CarryOversOfTheComparisonWriter) {
         }
     }
     ASSERT_GT(verify, 0u);
-    const auto before = fields(records[verify - 1]);
-    const auto parent = fields(records[verify]);
+    const auto& before = fields[verify - 1];
+    const auto& parent = fields[verify];
     // Fields 9 to 16: the four left texts, then RHS_WCSelf, RHS_WCSelfPlusChild, RHS_CPUSelf.
     EXPECT_EQ(parent[9], "-99.99");
     EXPECT_EQ(parent[13], before[13]);
@@ -154,13 +134,10 @@ TEST_F(DataBlocks, CarryOversOfTheComparisonWriter) {
     EXPECT_NE(parent[14], before[14]);
 
     // A right-only parent on the first row has no row before it: its self texts start as "0".
-    const auto rightOnly = ptAlignRows(t, PTDiagnosticInfoList(), _right._rows);
-    const std::string first = ptHtmlProcDiffData(t, rightOnly, "time", "LHS", "RHS");
-    const std::size_t at = first.find("new dataStruct(");
-    const auto row = fields(first.substr(at, first.find(')', at) - at));
-    EXPECT_EQ(row[0], "1");
-    EXPECT_EQ(row[13], "0");
-    EXPECT_EQ(row[15], "0");
+    const std::string first =
+        ptHtmlProcDiffData(t, ptAlignRows(t, {}, _right._rows), "time", "LHS", "RHS");
+    const auto row = records(first).at(0);
+    EXPECT_EQ(std::make_tuple(row[0], row[13], row[15]), std::make_tuple("1", "0", "0"));
     EXPECT_EQ(first.find(",,"), std::string::npos);
 }
 
@@ -168,10 +145,9 @@ TEST_F(DataBlocks, FiguresThatAreNotFiniteAreTheScriptsOwnNumbers) {
     PerformanceTracer& t = *ptTracer();
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double inf = std::numeric_limits<double>::infinity();
-    PTRawDataVector log = runOf({{0, "run", true, 0.0},
-                                 {0, "leaf", true, 0.1},
-                                 {0, "leaf", false, nan},
-                                 {0, "run", false, inf}});
+    PTRawDataVector log = runOf("run+0,leaf+.1,leaf-0,run-0");
+    log[2]->_wcTime = log[2]->_cpuTime = nan;
+    log[3]->_wcTime = log[3]->_cpuTime = inf;
     log[2]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(inf, -inf, nan, 1.0, 2.0);
     log[2]->_basicMem = boost::make_shared<pt::BasicMemStats>(nan, inf, -inf);
     const PTProcessedData data = ptProcessRaw(t, log, {"GLOBAL"}, false);
@@ -223,21 +199,15 @@ TEST_F(DataBlocks, ModelIdsCarryOverFromTheLastChartRowUntilAHostRow) {
     // A chart row in model "a", a block-diagram row in model "b", a host row, then "b" again.
     const PTDiagnosticInfoList rows = {row(2, "chart", "a"), row(1, "block", "b"),
                                        row(0, "host", "a"), row(1, "block", "b")};
-    const auto a = static_cast<std::int32_t>(ptNameID(PT_TABLE_MODEL, "a"));
-    const auto b = static_cast<std::int32_t>(ptNameID(PT_TABLE_MODEL, "b"));
-    const std::string block =
-        ptHtmlProcDiffData(t, ptAlignRows(t, rows, PTDiagnosticInfoList()), "elapsed", "", "");
-    const std::string ids[] = {"," + std::to_string(a) + ",0,0,0)",
-                               "," + std::to_string(a) + ",0,0,0)", ",-1,-1,-1,-1)",
-                               "," + std::to_string(b) + ",0,-1,-1)"};
-    std::size_t at = 0;
-    for (const std::string& expected : ids) {
-        at = block.find("new dataStruct(", at + 1);
-        ASSERT_NE(at, std::string::npos);
-        EXPECT_EQ(block.substr(block.find(')', at) - expected.size() + 1, expected.size()),
-                  expected)
-            << block.substr(at, block.find(')', at) - at + 1);
+    const std::string a = std::to_string(ptNameID(PT_TABLE_MODEL, "a"));
+    const std::string b = std::to_string(ptNameID(PT_TABLE_MODEL, "b"));
+    std::vector<std::string> ids;
+    for (const auto& fields :
+         records(ptHtmlProcDiffData(t, ptAlignRows(t, rows, {}), "elapsed", "", ""))) {
+        ids.push_back(fields[fields.size() - 4] + fields[fields.size() - 3] +
+                      fields[fields.size() - 2] + fields[fields.size() - 1]);
     }
+    EXPECT_EQ(ids, (std::vector<std::string>{a + "000", a + "000", "-1-1-1-1", b + "0-1-1"}));
 }
 
 }  // namespace

@@ -112,15 +112,17 @@ PTRawDataVector randomLog(std::mt19937& rng, const LogOptions& options) {
     return log;
 }
 
-PTRawDataVector logOf(const std::string& events) {
+PTRawDataVector logOf(const std::string& events, const std::string& grouping,
+                      const std::string& model) {
     static const std::regex token(
         R"((\d)?(?:(\w+):)?([^,+\-\s][^,+\-]*)([+-])([\d.]+)(/[\d.]+)?(~)?)");
     PTRawDataVector log;
     for (std::sregex_iterator m(events.begin(), events.end(), token), end; m != end; ++m) {
         const std::smatch& g = *m;
-        log.push_back(makePoint(g[1].matched ? std::stoi(g[1]) : 0, g[2].matched ? g[2].str() : "G",
-                                g[3].str(), g[4] == "+", std::stod(g[5]),
-                                g[6].matched ? std::stod(g[6].str().substr(1)) : 0.0));
+        log.push_back(makePoint(g[1].matched ? std::stoi(g[1]) : 0,
+                                g[2].matched ? g[2].str() : grouping, g[3].str(), g[4] == "+",
+                                std::stod(g[5]),
+                                g[6].matched ? std::stod(g[6].str().substr(1)) : 0.0, model));
         if (g[7].matched) {
             log.back()->_basicMem.reset();
         }

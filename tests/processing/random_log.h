@@ -43,7 +43,9 @@ boost::shared_ptr<PTOrviaDataPoint> makePoint(int pointType, const std::string& 
                                               const std::string& model = "model");
 
 /// A log from tokens "[type][grouping:]phase(+|-)wall[/cpu][~]" separated by commas, as
-/// "1G:P+0.5/0.25": type 0 and grouping "G" unless given, "~" for a point without memory records.
-PTRawDataVector logOf(const std::string& events);
+/// "1G:P+0.5/0.25": type 0 and the given grouping unless named, "~" for a point without memory
+/// records.
+PTRawDataVector logOf(const std::string& events, const std::string& grouping = "G",
+                      const std::string& model = "model");
 
 }  // namespace pt::testing
