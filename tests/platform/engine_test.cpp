@@ -55,19 +55,18 @@ TEST_F(Engine, FailuresReachTheFuture) {
 }
 
 TEST_F(Engine, StringTableSwitches) {
+    const auto internal = [](const char* name) {
+        hvUniqueArray text(hvCreateString(name));
+        hvArray* input = text.get();
+        return hvxCallOrvia(0, nullptr, 1, &input, "kssvInternal");
+    };
     hvm::StringTable& table = hvm::StringTable::instance();
     const int before = table.collections();
-    hvArray* text = hvCreateString("kssvStringTableCollectGarbageNow");
-    EXPECT_EQ(hvxCallOrvia(0, nullptr, 1, &text, "kssvInternal"), 0);
-    hvDestroyArray(text);
+    EXPECT_EQ(internal("kssvStringTableCollectGarbageNow"), 0);
     EXPECT_EQ(table.collections(), before + 1);
-    text = hvCreateString("kssvEnterTableNoLeakMode");
-    EXPECT_EQ(hvxCallOrvia(0, nullptr, 1, &text, "kssvInternal"), 0);
+    EXPECT_EQ(internal("kssvEnterTableNoLeakMode"), 0);
     EXPECT_TRUE(table.noLeakMode());
-    hvDestroyArray(text);
-    text = hvCreateString("no such switch");
-    EXPECT_NE(hvxCallOrvia(0, nullptr, 1, &text, "kssvInternal"), 0);
-    hvDestroyArray(text);
+    EXPECT_NE(internal("no such switch"), 0);
 }
 
 TEST_F(Engine, SerialisedValuesComeBackEqual) {

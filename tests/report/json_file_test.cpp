@@ -40,17 +40,8 @@ TEST(JsonFile, NumbersAndFailedWrites) {
     const auto path = std::filesystem::temp_directory_path() /
                       ("pt_json_file_" + std::to_string(getpid()) + ".json");
     JsonFile file(path.string());
-    file.raw("[")
-        .integer(-42)
-        .raw(",")
-        .number(0.1)
-        .raw(",")
-        .number(NAN)
-        .raw(",")
-        .number(-INFINITY)
-        .raw(",")
-        .number(1e300)
-        .raw("]");
+    file.raw("[").integer(-42).raw(",").number(0.1).raw(",").number(NAN);
+    file.raw(",").number(-INFINITY).raw(",").number(1e300).raw("]");
     ASSERT_TRUE(file.close());
     std::ifstream in(path);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), "[-42,0.1,null,null,1e+300]");
