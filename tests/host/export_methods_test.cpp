@@ -8,6 +8,11 @@
 namespace pt::testing {
 namespace {
 
+std::vector<std::string> words(const std::string& text) {
+    std::istringstream in(text);
+    return {std::istream_iterator<std::string>(in), {}};
+}
+
 class ExportMethods : public MethodTest {
 protected:
     /// Two phases of host-language code and one of each model class.
@@ -43,10 +48,10 @@ protected:
     }
 };
 
-TEST_F(ExportMethods, RawDataRowsAsSaved) {
+TEST_F(ExportMethods, RawRowsAndProcessedStructuresByClass) {
     logRun();
-    const Values result = call("PerfTools.Tracer.getRawData", {}, 1);
-    const hvArray* cells = result.at(0).get();
+    const Values raw = call("PerfTools.Tracer.getRawData", {}, 1);
+    const hvArray* cells = raw.at(0).get();
     ASSERT_TRUE(hvIsCell(cells));
     ASSERT_EQ(hvGetN(cells), 6u);
     EXPECT_EQ(hvGetN(hvGetCell(cells, 0)), 16u);
@@ -54,26 +59,17 @@ TEST_F(ExportMethods, RawDataRowsAsSaved) {
     EXPECT_EQ(hvGetN(hvGetCell(cells, 4)), 20u);
     EXPECT_EQ(hvArrayToStdString(hvGetCell(hvGetCell(cells, 4), 7)), "c");
 
-    ptClearRawData();
-    const Values none = call("PerfTools.Tracer.getRawData", {}, 1);
-    EXPECT_TRUE(hvIsCell(none.at(0).get()));
-    EXPECT_EQ(hvGetN(none.at(0).get()), 0u);
-}
-
-TEST_F(ExportMethods, ProcessedStructuresByClass) {
-    logRun();
-    const Values result = call("PerfTools.Tracer.getProcessedData", {}, 1);
-    const hvArray* cells = result.at(0).get();
+    const Values processed = call("PerfTools.Tracer.getProcessedData", {}, 1);
+    cells = processed.at(0).get();
     ASSERT_EQ(hvGetN(cells), 3u);
     const auto expected = [](std::string head) {
-        std::istringstream words(
+        return words(
             head +
             " wcStartTime wcElapsedTime cpuStartTime cpuElapsedTime freeMem resMem commitMem "
             "dllsMem nonprocessMem freeMemDelta resMemDelta commitMemDelta dllsMemDelta "
             "nonprocessMemDelta procMemUsage procMemUsagePeak procVMSize procMemUsageDelta "
             "procMemUsagePeakDelta procVMSizeDelta errorRow gapRow HTMLPhaseNumString "
             "HTMLRowNumber numChildren stackDepth childrenIDs");
-        return std::vector<std::string>(std::istream_iterator<std::string>(words), {});
     };
     EXPECT_EQ(fieldsOf(hvGetCell(cells, 0)),
               expected("pointType groupingStr phaseIDStr statisticsTypeStr"));
@@ -99,6 +95,11 @@ TEST_F(ExportMethods, ProcessedStructuresByClass) {
     EXPECT_EQ(classOf("stackDepth"), hvClassID::UInt32);
     EXPECT_EQ(classOf("childrenIDs"), hvClassID::Cell);
     EXPECT_EQ(hvGetN(hvGetField(chart, 0, "childrenIDs")), 0u);
+
+    ptClearRawData();
+    const Values none = call("PerfTools.Tracer.getRawData", {}, 1);
+    EXPECT_TRUE(hvIsCell(none.at(0).get()));
+    EXPECT_EQ(hvGetN(none.at(0).get()), 0u);
 }
 
 TEST_F(ExportMethods, ChildrenMemoryAndSelfTimes) {
@@ -143,39 +144,33 @@ TEST_F(ExportMethods, ChildrenMemoryAndSelfTimes) {
 
 TEST_F(ExportMethods, PairsRecomputeAndTheLastWins) {
     logRun();
-    const std::string get = "PerfTools.Tracer.getProcessedData";
-    EXPECT_EQ(column(call(get, valuesOf(text("grouping"), text("A")), 1), "phaseIDStr"),
-              (std::vector<std::string>{"a", "k"}));  // A and all below it
-    EXPECT_EQ(
-        column(call(get, valuesOf(text("GROUPING"), text("A"), text("grouping"), text("B")), 1),
-               "phaseIDStr"),
-        (std::vector<std::string>{"y"}));
-    // "GLOBAL" as a pair goes through the grouping list, where it is no grouping.
-    EXPECT_TRUE(
-        column(call(get, valuesOf(text("grouping"), text("GLOBAL")), 1), "phaseIDStr").empty());
-    EXPECT_EQ(column(call(get, valuesOf(text("grouping"), texts({"B", "A1"})), 1), "phaseIDStr"),
-              (std::vector<std::string>{"k", "y"}));
-    // Model texts add up; a cell replaces them.
-    EXPECT_EQ(column(call(get, valuesOf(text("model"), text("m1"), text("model"), text("m2")), 1),
-                     "modelStr"),
-              (std::vector<std::string>{"m1", "m2"}));
-    EXPECT_EQ(
-        column(call(get, valuesOf(text("model"), text("m1"), text("model"), texts({"m2"})), 1),
-               "modelStr"),
-        (std::vector<std::string>{"m2"}));
-    EXPECT_EQ(
-        column(call(get, valuesOf(text("model"), texts({"m2"}), text("model"), text("m1")), 1),
-               "modelStr"),
-        (std::vector<std::string>{"m1", "m2"}));
+    const struct {
+        Values inputs;
+        const char* field;
+        const char* values;
+    } cases[] = {
+        {valuesOf(text("grouping"), text("A")), "phaseIDStr", "a k"},  // A and all below it
+        {valuesOf(text("GROUPING"), text("A"), text("grouping"), text("B")), "phaseIDStr", "y"},
+        // "GLOBAL" as a pair goes through the grouping list, where it is no grouping.
+        {valuesOf(text("grouping"), text("GLOBAL")), "phaseIDStr", ""},
+        {valuesOf(text("grouping"), texts({"B", "A1"})), "phaseIDStr", "k y"},
+        // Model texts add up; a cell replaces them.
+        {valuesOf(text("model"), text("m1"), text("model"), text("m2")), "modelStr", "m1 m2"},
+        {valuesOf(text("model"), text("m1"), text("model"), texts({"m2"})), "modelStr", "m2"},
+        {valuesOf(text("model"), texts({"m2"}), text("model"), text("m1")), "modelStr", "m1 m2"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(column(call("PerfTools.Tracer.getProcessedData", c.inputs, 1), c.field),
+                  words(c.values));
+    }
 
     const std::string aggregate = "PerfTools.Tracer.getAggregateProcessedData";
     const Values sums = call(aggregate, valuesOf(text("model"), text("m1")), 1);
     ASSERT_EQ(hvGetN(sums.at(0).get()), 1u);
     const hvArray* entry = hvGetCell(sums.at(0).get(), 0);
-    EXPECT_EQ(fieldsOf(entry),
-              (std::vector<std::string>{"pointType", "grouping", "phaseID", "wcElapsedTime",
-                                        "cpuElapsedTime", "procMemUsageDelta",
-                                        "procMemUsagePeakDelta", "procVMSizeDelta", "Count"}));
+    EXPECT_EQ(fieldsOf(entry), words("pointType grouping phaseID wcElapsedTime cpuElapsedTime "
+                                     "procMemUsageDelta procMemUsagePeakDelta procVMSizeDelta "
+                                     "Count"));
     EXPECT_EQ(hvArrayToStdString(hvGetField(entry, 0, "phaseID")), "k");
     EXPECT_EQ(hvArrayToStdString(hvGetField(entry, 0, "grouping")), "A1");
     EXPECT_EQ(hvGetClassID(hvGetField(entry, 0, "Count")), hvClassID::UInt32);

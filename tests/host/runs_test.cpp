@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include <unistd.h>
@@ -60,21 +61,6 @@ TEST_F(Runs, SaveLoadAndReportWithoutTheHost) {
     }
 }
 
-TEST_F(Runs, RefusedCallsRaiseTheMethodsErrors) {
-    const std::string group = "performance_tracer:PerformanceTracer:";
-    EXPECT_EQ(errorOf([&] { pt::loadRun(path("missing.hvf")); }), group + "OpenFileFailed");
-    EXPECT_EQ(errorOf([&] { pt::saveRun(path("no folder/run.hvf")); }), group + "OpenFileFailed");
-    EXPECT_EQ(errorOf([&] { pt::writeDetailReport(""); }), group + "ExpectedNames");
-    EXPECT_EQ(errorOf([&] { pt::writeDetailReport(path("empty.html")); }),
-              group + "NoRawTracerData");
-    EXPECT_EQ(errorOf([&] { pt::writeDifferenceReport(path("d.html"), {}); }),
-              group + "ExpectedNames");
-    EXPECT_EQ(errorOf([&] {
-                  pt::writeDetailReport(path("m.html"), pt::ReportOptions().withMetric("speed"));
-              }),
-              group + "InvalidMetric");
-}
-
 TEST_F(Runs, ExportOfARunAndOfItsSelections) {
     ptEnableTracer("Build", true);
     ptLogOrviaData("Build", "build", true);
@@ -100,19 +86,34 @@ TEST_F(Runs, ExportOfARunAndOfItsSelections) {
         EXPECT_GT(fs::file_size(path("run.json")), 100u);
     }
 
-    const std::string group = "performance_tracer:PerformanceTracer:";
-    EXPECT_EQ(errorOf([&] { pt::exportTraceEvents(path("t.json"), {path("missing.hvf")}); }),
-              group + "OpenFileFailed");
-    EXPECT_EQ(errorOf([&] { pt::exportTraceEvents(path("no folder/t.json"), {path("run.hvf")}); }),
-              group + "WriteFileFailed");
-    EXPECT_EQ(errorOf([&] { pt::exportTraceEvents("", {path("run.hvf")}); }),
-              group + "ExpectedNames");
     EXPECT_THROW(pt::exportTraceEvents(
                      path("t.json"),
                      pt::ExportOptions(path("run.hvf")).withGrouping("Build").withModel("engine")),
                  std::invalid_argument);
+}
+
+TEST_F(Runs, RefusedCallsRaiseTheMethodsErrors) {
+    const std::pair<std::function<void()>, const char*> refusals[] = {
+        {[&] { pt::loadRun(path("missing.hvf")); }, "OpenFileFailed"},
+        {[&] { pt::saveRun(path("no folder/run.hvf")); }, "OpenFileFailed"},
+        {[&] { pt::writeDetailReport(""); }, "ExpectedNames"},
+        {[&] { pt::writeDetailReport(path("empty.html")); }, "NoRawTracerData"},
+        {[&] { pt::writeDifferenceReport(path("d.html"), {}); }, "ExpectedNames"},
+        {[&] { pt::writeDetailReport(path("m.html"), pt::ReportOptions().withMetric("speed")); },
+         "InvalidMetric"},
+        {[&] { pt::exportTraceEvents(path("t.json")); }, "NoRawTracerData"},
+        {[&] { pt::exportTraceEvents(path("t.json"), {path("missing.hvf")}); }, "OpenFileFailed"},
+        {[&] { pt::exportTraceEvents(path("no folder/t.json"), {path("run.hvf")}); },
+         "WriteFileFailed"},
+        {[&] { pt::exportTraceEvents("", {path("run.hvf")}); }, "ExpectedNames"},
+    };
+    ptEnableTracer("Build", true);
+    ptLogOrviaData("Build", "build", true);
+    pt::saveRun(path("run.hvf"));
     ptClearRawData();
-    EXPECT_EQ(errorOf([&] { pt::exportTraceEvents(path("t.json")); }), group + "NoRawTracerData");
+    for (const auto& [refused, id] : refusals) {
+        EXPECT_EQ(errorOf(refused), std::string("performance_tracer:PerformanceTracer:") + id);
+    }
 }
 
 }  // namespace
