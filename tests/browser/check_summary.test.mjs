@@ -1,13 +1,9 @@
 // The summary page of `ptreport check`: the verdicts worst first, and the runs of both sides
 // drawn per phase, from runs with known truth (make_check_summary.sh).
 
-import { test, before, after } from 'node:test';
+import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { launch, openReport, screenshot } from './report_browser.mjs';
-
-let browser;
-before(async () => { browser = await launch(); });
-after(async () => { await browser?.close(); });
+import { withReport } from './report_browser.mjs';
 
 /// The rows of the verdict table with what their plots draw.
 const rowsOf = (page) => page.$$eval('#checkTable tr[id^="checkRow"]', (trs) => trs.map((tr) => {
@@ -25,62 +21,49 @@ const rowsOf = (page) => page.$$eval('#checkTable tr[id^="checkRow"]', (trs) => 
     labels: [...svg.querySelectorAll('text.axisLabel')].map((t) => t.textContent),
   };
 }));
-
 const textOf = (page, id) => page.$eval('#' + id, (element) => element.textContent);
 
 test('check summary: a failed check shows the slower phase first, drawn from its runs', async () => {
-  const { page, errors } = await openReport(browser, 'check/failed.html', { width: 1500, height: 900 });
-  const headline = await textOf(page, 'checkHeadline');
-  assert.match(headline, /^FAILED: \d+ regressions? beyond 5% \(sort blocks/);
-  assert.match(await textOf(page, 'checkMethod'), /^8 base runs against 8 new runs, wall-clock time/);
-  const rows = await rowsOf(page);
-  const [sort] = rows;
-  assert.deepEqual(sort.cells.slice(0, 2), ['sort blocks', 'self=total']);
-  assert.match(sort.cells[4], /^1\.\d{3} \(\+[45]\d\.\d%\)$/);
-  assert.equal(sort.cells[7], 'regression');
-  assert.match(sort.verdictClass, /verdictRegression/);
-  assert.equal(sort.baseRuns, 8);
-  assert.equal(sort.newRuns, 8);
-  assert.ok(sort.newMedian > sort.baseMedian + 100, `medians at ${sort.baseMedian} and ${sort.newMedian}`);
-
-  const outputs = rows.find((row) => row.cells[0] === 'outputs');
-  assert.equal(outputs.cells[7], 'improvement');
-  assert.ok(outputs.newMedian < outputs.baseMedian);
-  const added = rows.find((row) => row.cells[0] === 'check limits');
-  assert.deepEqual([added.cells[2], added.cells[7], added.baseRuns, added.newRuns], ['-', 'new only', 0, 8]);
-
-  // Every dot inside its plot, and each plot's ends labelled with times.
-  for (const row of rows) {
-    assert.ok(row.dots.every((cx) => cx >= 0 && cx <= row.width), `${row.cells[0]}: ${row.dots}`);
-    assert.equal(row.labels.length, 2);
-    assert.ok(row.labels.every((label) => /^-?\d+(\.\d+)? (s|ms|µs|ns)$/.test(label)), row.labels.join(' '));
-  }
-  // A name full of markup is shown as text, and makes no element.
-  assert.ok(rows.some((row) => row.cells[0] === '</script><b>"quoted" & \'odd\''));
-  assert.equal(await page.$('#checkTable b'), null);
-  await screenshot(page, 'check_failed');
-  assert.deepEqual(errors, []);
-  await page.close();
+  await withReport('check/failed.html', async (page) => {
+    assert.match(await textOf(page, 'checkHeadline'), /^FAILED: \d+ regressions? beyond 5% \(sort blocks/);
+    assert.match(await textOf(page, 'checkMethod'), /^8 base runs against 8 new runs, wall-clock time/);
+    const rows = await rowsOf(page);
+    const [sort] = rows;
+    assert.deepEqual([...sort.cells.slice(0, 2), sort.cells[7], sort.baseRuns, sort.newRuns],
+                     ['sort blocks', 'self=total', 'regression', 8, 8]);
+    assert.match(sort.cells[4], /^1\.\d{3} \(\+[45]\d\.\d%\)$/);
+    assert.match(sort.verdictClass, /verdictRegression/);
+    assert.ok(sort.newMedian > sort.baseMedian + 100, `medians at ${sort.baseMedian} and ${sort.newMedian}`);
+    const outputs = rows.find((row) => row.cells[0] === 'outputs');
+    assert.ok(outputs.cells[7] === 'improvement' && outputs.newMedian < outputs.baseMedian);
+    const added = rows.find((row) => row.cells[0] === 'check limits');
+    assert.deepEqual([added.cells[2], added.cells[7], added.baseRuns, added.newRuns], ['-', 'new only', 0, 8]);
+    // Every dot inside its plot, and each plot's ends labelled with times.
+    for (const row of rows) {
+      assert.ok(row.dots.every((cx) => cx >= 0 && cx <= row.width), `${row.cells[0]}: ${row.dots}`);
+      assert.ok(row.labels.length === 2 && row.labels.every((label) => /^-?\d+(\.\d+)? (s|ms|µs|ns)$/.test(label)),
+                row.labels.join(' '));
+    }
+    // A name full of markup is shown as text, and makes no element.
+    assert.ok(rows.some((row) => row.cells[0] === '</script><b>"quoted" & \'odd\''));
+    assert.equal(await page.$('#checkTable b'), null);
+  }, { viewport: { width: 1500, height: 900 } });
 });
 
 test('check summary: a passed check and one with too few runs say so', async () => {
-  const passed = await openReport(browser, 'check/passed.html');
-  assert.match(await textOf(passed.page, 'checkHeadline'), /^PASSED: no phase regressed beyond 5%/);
-  const rows = await rowsOf(passed.page);
-  assert.ok(rows.length >= 20);
-  assert.ok(rows.every((row) => !/verdictRegression/.test(row.verdictClass)));
-  assert.equal(await passed.page.$eval('#checkNotice', (notice) => getComputedStyle(notice).display), 'none');
-  assert.deepEqual(passed.errors, []);
-  await passed.page.close();
-
-  const few = await openReport(browser, 'check/inconclusive.html');
-  assert.match(await textOf(few.page, 'checkHeadline'), /^INCONCLUSIVE/);
-  assert.match(await textOf(few.page, 'checkNotice'), /no p-value can go below 0\.1, .* at least \d+ runs on each side/);
-  const fewRows = await rowsOf(few.page);
-  assert.ok(fewRows.every((row) => row.cells[7] !== 'regression'));
-  const fewSort = fewRows.find((row) => row.cells[0] === 'sort blocks');
-  assert.equal(fewSort.baseRuns + fewSort.newRuns, 6);
-  assert.ok(fewRows.some((row) => row.cells[5] === 'too few runs'));
-  assert.deepEqual(few.errors, []);
-  await few.page.close();
+  await withReport('check/passed.html', async (page) => {
+    assert.match(await textOf(page, 'checkHeadline'), /^PASSED: no phase regressed beyond 5%/);
+    const rows = await rowsOf(page);
+    assert.ok(rows.length >= 20 && rows.every((row) => !/verdictRegression/.test(row.verdictClass)));
+    assert.equal(await page.$eval('#checkNotice', (notice) => getComputedStyle(notice).display), 'none');
+  });
+  await withReport('check/inconclusive.html', async (page) => {
+    assert.match(await textOf(page, 'checkHeadline'), /^INCONCLUSIVE/);
+    assert.match(await textOf(page, 'checkNotice'), /no p-value can go below 0\.1, .* at least \d+ runs on each side/);
+    const rows = await rowsOf(page);
+    assert.ok(rows.every((row) => row.cells[7] !== 'regression'));
+    const sort = rows.find((row) => row.cells[0] === 'sort blocks');
+    assert.equal(sort.baseRuns + sort.newRuns, 6);
+    assert.ok(rows.some((row) => row.cells[5] === 'too few runs'));
+  });
 });

@@ -1,19 +1,16 @@
-// The Details tab: Refresh, the filter as regular expression and as exact name, the sort
-// panel's ranks, and the check boxes with their totals.
+// The Details tab: Refresh, filters, the sort panel's ranks, the check boxes with their totals,
+// and a table of 50,000 rows whose strip re-fills 32 rows and whose sort keeps equal figures in order.
 
-import { test, before, after } from 'node:test';
+import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { launch, openReport, screenshot, showTab } from './report_browser.mjs';
+import { detailPhases, follow, scrollDiv, showTab, withReport } from './report_browser.mjs';
 
-let browser;
-before(async () => { browser = await launch(); });
-after(async () => { await browser.close(); });
+const tall = { viewport: { width: 1280, height: 1600 } };
+const text = (page, id) => page.textContent('#' + id);
 
 /// The procData indices of the rows on show, in order.
-async function shownRows(page) {
-  return page.$$eval('#phaseSummaryTable td[id^="execTD"]', (cells) =>
-    cells.map((cell) => Number(cell.textContent)));
-}
+const shownRows = (page) => page.$$eval('#phaseSummaryTable td[id^="execTD"]', (cells) =>
+  cells.map((cell) => Number(cell.textContent)));
 
 async function refresh(page, inputs = {}) {
   await page.evaluate((values) => {
@@ -25,82 +22,99 @@ async function refresh(page, inputs = {}) {
   await page.click('#userInputs input[value="Refresh"]');
 }
 
-test('Refresh, filters and sorting', async () => {
-  const { page, errors } = await openReport(browser, 'detail_time.html', { width: 1280, height: 1600 });
-  await showTab(page, 'Details');
-  const total = await page.evaluate(() => procData.length - numBlankData);
-  // First shown, the tab lists every row in execution order, as Refresh would.
-  assert.deepEqual(await shownRows(page), [...Array(total).keys()]);
-  assert.equal(await page.textContent('#aggTD'), `Aggregate (N = ${total})`);
+test('Refresh, filters, sorting and the check boxes with their totals', async () => {
+  await withReport('detail_time.html', async (page) => {
+    await showTab(page, 'Details');
+    const total = await page.evaluate(() => procData.length - numBlankData);
+    // First shown, and refreshed with empty inputs, the tab lists every row in order, none checked.
+    for (const again of [false, true]) {
+      if (again) await refresh(page);
+      assert.deepEqual(await shownRows(page), [...Array(total).keys()]);
+      assert.equal(await text(page, 'aggTD'), `Aggregate (N = ${total})`);
+    }
+    assert.deepEqual(await page.evaluate(() => [dataView.Checked.every((c) => c === 0), dataView.AllChecked]),
+                     [true, false]);
+    // A regular expression on the names; filters join by AND; no match leaves header and totals.
+    await refresh(page, { phasename: 'build|sort' });
+    assert.deepEqual(await detailPhases(page), ['sort blocks', 'build chart', 'build chart', 'build chart']);
+    await refresh(page, { phasename: 'build', chartname: 'Gear' });
+    assert.equal((await shownRows(page)).length, 1);
+    await refresh(page, { phasename: 'no such phase' });
+    assert.deepEqual([await shownRows(page), await text(page, 'aggTD')], [[], 'Aggregate (N = 0)']);
+    // Rank 1 on self time: numbers sort descending; on the phase name: ascending.
+    await refresh(page, { Sort_self: '1' });
+    const bySelf = await page.evaluate(() => dataView.Index.map((i) => procData[i].WCSelf));
+    assert.deepEqual(bySelf, [...bySelf].sort((a, b) => b - a));
+    await refresh(page, { Sort_phasename: '1' });
+    const byName = await page.evaluate(() => dataView.Index.map((i) => Phase[procData[i].Phase].toLowerCase()));
+    assert.deepEqual(byName, [...byName].sort());
 
-  // All inputs empty: every row in execution order, none checked.
-  await refresh(page);
-  assert.deepEqual(await shownRows(page), [...Array(total).keys()]);
-  assert.equal(await page.textContent('#aggTD'), `Aggregate (N = ${total})`);
-  assert.equal(await page.evaluate(() => dataView.Checked.every((c) => c === 0)), true);
-  assert.equal(await page.evaluate(() => dataView.AllChecked), false);
-
-  // A regular expression on the phase names.
-  await refresh(page, { phasename: 'build|sort' });
-  const phases = await page.$$eval('#phaseSummaryTable td[id^="phaseTD"]',
-    (cells) => cells.map((cell) => cell.childNodes[0].textContent));
-  assert.deepEqual(phases, ['sort blocks', 'build chart', 'build chart', 'build chart']);
-  await screenshot(page, 'detail_time_Details_filtered');
-
-  // Filters join by AND; one that matches nothing leaves the header and the totals.
-  await refresh(page, { phasename: 'build', chartname: 'Gear' });
-  assert.equal((await shownRows(page)).length, 1);
-  await refresh(page, { phasename: 'no such phase' });
-  assert.deepEqual(await shownRows(page), []);
-  assert.equal(await page.textContent('#aggTD'), 'Aggregate (N = 0)');
-
-  // Rank 1 on self time: numbers sort descending, equal ones keep their order.
-  await refresh(page, { Sort_self: '1' });
-  const bySelf = await page.evaluate(() => dataView.Index.map((i) => procData[i].WCSelf));
-  assert.deepEqual(bySelf, [...bySelf].sort((a, b) => b - a));
-  // Rank 1 on the phase name: ascending.
-  await refresh(page, { Sort_phasename: '1' });
-  const byName = await page.evaluate(() => dataView.Index.map((i) => Phase[procData[i].Phase].toLowerCase()));
-  assert.deepEqual(byName, [...byName].sort());
-  assert.deepEqual(errors, []);
-  await page.close();
-});
-
-test('check boxes change the totals', async () => {
-  const { page, errors } = await openReport(browser, 'detail_time.html', { width: 1280, height: 1600 });
-  await showTab(page, 'Details');
-  await refresh(page);
-  const total = await page.evaluate(() => dataView.Index.length);
-  await page.check('#checkBox0');
-  await page.check('#checkBox2');
-  assert.equal(await page.textContent('#totalChecked'), '2');
-  const expected = await page.evaluate(() =>
-    createScientificNotation(procData[dataView.Index[0]].WCSelf + procData[dataView.Index[2]].WCSelf));
-  assert.equal(await page.textContent('#totalSelfTime'), expected);
-  // The header's box ticks every row; unticking one clears it again.
-  await page.check('#AllChecked');
-  assert.equal(await page.textContent('#totalChecked'), String(total));
-  await page.uncheck('#checkBox1');
-  assert.equal(await page.textContent('#totalChecked'), String(total - 1));
-  assert.equal(await page.isChecked('#AllChecked'), false);
-  await screenshot(page, 'detail_time_Details_checked');
-  assert.deepEqual(errors, []);
-  await page.close();
+    await refresh(page);
+    await page.check('#checkBox0');
+    await page.check('#checkBox2');
+    const expected = await page.evaluate(() =>
+      createScientificNotation(procData[dataView.Index[0]].WCSelf + procData[dataView.Index[2]].WCSelf));
+    assert.deepEqual([await text(page, 'totalChecked'), await text(page, 'totalSelfTime')], ['2', expected]);
+    // The header's box ticks every row; unticking one clears it again.
+    await page.check('#AllChecked');
+    assert.equal(await text(page, 'totalChecked'), String(total));
+    await page.uncheck('#checkBox1');
+    assert.deepEqual([await text(page, 'totalChecked'), await page.isChecked('#AllChecked')], [String(total - 1), false]);
+  }, tall);
 });
 
 test('a phase of the Aggregate tab opens the call tree, and its row there the Details tab', async () => {
-  const { page, errors } = await openReport(browser, 'detail_basicmemory.html', { width: 1280, height: 1600 });
-  await page.click('#aggregateSummaryTable a:text-is("build chart")');
-  await page.waitForFunction(() => activeTab === 'callTreeSummary');
-  // The three charts are built by equal calls: one row of the tree, ticked.
-  assert.equal(await page.textContent('#CT_totalExecCount'), '3.00');
-  const row = await page.evaluate(() => CTDataView.Checked.indexOf(1) - lastStartIndex['CallTree']);
-  await page.click(`#ct_phaseNameTD${row + 1} a`);
-  await page.waitForFunction(() => activeTab === 'phaseSummary');
-  const phases = await page.$$eval('#phaseSummaryTable td[id^="phaseTD"]',
-    (cells) => cells.map((cell) => cell.childNodes[0].textContent));
-  assert.deepEqual(phases, ['build chart', 'build chart', 'build chart']);
-  assert.equal(await page.textContent('#totalChecked'), '3');
-  assert.deepEqual(errors, []);
-  await page.close();
+  await withReport('detail_basicmemory.html', async (page) => {
+    await follow(page, '#aggregateSummaryTable a:text-is("build chart")', 'callTreeSummary');
+    // The three charts are built by equal calls: one row of the tree, ticked.
+    assert.equal(await text(page, 'CT_totalExecCount'), '3.00');
+    const row = await page.evaluate(() => CTDataView.Checked.indexOf(1) - lastStartIndex['CallTree']);
+    await follow(page, `#ct_phaseNameTD${row + 1} a`, 'phaseSummary');
+    assert.deepEqual([await detailPhases(page), await text(page, 'totalChecked')], [Array(3).fill('build chart'), '3']);
+  }, tall);
+});
+
+test('50,000 rows: the strip re-fills its rows, reaches the end, and the sort keeps the order', async () => {
+  await withReport('large_detail.html', async (page) => {
+    await showTab(page, 'Details');
+    await page.click('#userInputs input[value="Refresh"]');
+    assert.equal(await text(page, 'aggTD'), 'Aggregate (N = 50000)');
+    const rows = () => page.$$eval('#phaseSummaryTable tr', (all) => all.length);
+    const [rowsBefore, firstCell] = [await rows(), await page.$('#execTD0')];
+    assert.equal((await shownRows(page)).length, 32);
+    // Halfway down the strip: the same rows show the middle of the view.
+    await scrollDiv(page, 'phaseSummaryScrollTableDiv', 0.5, true);
+    await page.waitForFunction(() => Number(document.getElementById('execTD0').textContent) > 20000);
+    const first = Number(await text(page, 'execTD0'));
+    assert.ok(Math.abs(first - (50000 - 32) / 2) < 100, `window starts at ${first}`);
+    assert.equal(await rows(), rowsBefore, 'no row made or lost');
+    assert.equal(await page.evaluate((cell) => cell === document.getElementById('execTD0'), firstCell), true);
+    const toEnd = async () => {
+      await scrollDiv(page, 'phaseSummaryScrollTableDiv', 1, true);
+      await page.waitForFunction(() => document.getElementById('execTD31').textContent === '49999');
+    };
+    await toEnd();
+    // A strip taller than the browser lays out scales its rows down, and still reaches them.
+    assert.deepEqual(await page.evaluate(() => {
+      MAXSTRIPHEIGHT = 100000;
+      generateFakeDivContents('Detail');
+      return [document.getElementById('phaseSummaryScrollTableDiv').scrollHeight, stripScale['Detail'] < 1];
+    }), [100000, true]);
+    await scrollDiv(page, 'phaseSummaryScrollTableDiv', 0.5, true);
+    await page.waitForFunction(() => {
+      const first = Number(document.getElementById('execTD0').textContent);
+      return first > 20000 && first < 30000;
+    });
+    await toEnd();
+
+    // Rank 1 on self time: eight distinct figures, the commonest on thousands of rows. The rows
+    // come by descending figure, equal ones in execution order.
+    await page.click('a[href="javascript:showInputTable(\'SortData\')"]');
+    await page.fill('#Sort_self', '1');
+    await page.click('#userInputs input[value="Refresh"]');
+    assert.equal(await text(page, 'aggTD'), 'Aggregate (N = 50000)');
+    assert.equal(await page.evaluate(() => dataView.Index.every((row, i) => i === 0 ||
+      procData[dataView.Index[i - 1]].WCSelf > procData[row].WCSelf ||
+      (procData[dataView.Index[i - 1]].WCSelf === procData[row].WCSelf && dataView.Index[i - 1] < row))), true);
+  }, { viewport: { width: 1600, height: 2400 } });
 });

@@ -1,88 +1,116 @@
-// Every kind of report opens on its Aggregate tab without a script error, and every tab it
-// has can be shown from every other.
+// Every kind of report opens on Aggregate and switches between all its tabs, also with figures
+// that are not finite; the Aggregate table sorts and scrolls; comparison pages show "NA" for one
+// side's phases, colour their deviations, and stay whole with a first row only the right has.
 
-import { test, before, after } from 'node:test';
+import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { launch, openReport, screenshot, showTab, tabArguments } from './report_browser.mjs';
+import { aggregateRow, detailPhases, follow, scrollDiv, showTab, tabArguments, texts, withReport }
+  from './report_browser.mjs';
 
-const pages = {
-  'detail_time.html': ['Aggregate', 'Call Tree', 'Details', 'System Info'],
-  'detail_basicmemory.html': ['Aggregate', 'Call Tree', 'Details', 'System Info'],
-  'detail_detailedmemory.html': ['Aggregate', 'Call Tree', 'Details', 'MemChart', 'System Info'],
-  'difference_time.html': ['Aggregate', 'Details', 'System Info'],
-  'difference_basicmemory.html': ['Aggregate', 'Details', 'System Info'],
-  'difference_detailedmemory.html': ['Aggregate', 'Details', 'MemChart', 'System Info'],
-  'aggregate_time.html': ['Aggregate', 'System Info'],
-  'aggregate_basicmemory.html': ['Aggregate', 'System Info'],
-  'aggregate_detailedmemory.html': ['Aggregate', 'System Info'],
-  'aggregate_difference_time.html': ['Aggregate', 'System Info'],
-  'aggregate_difference_basicmemory.html': ['Aggregate', 'System Info'],
-  'aggregate_difference_detailedmemory.html': ['Aggregate', 'System Info'],
-};
-
-const tabDivs = {
-  'Aggregate': 'aggregateSummaryDiv',
-  'Call Tree': 'callTreeSummaryDiv',
-  'Details': 'phaseSummaryDiv',
-  'MemChart': 'scrollcanvasdiv',
-  'System Info': 'systemInfoTableDiv',
-};
+const big = { viewport: { width: 1600, height: 1600 } };
+const tabsOf = (name) => ['Aggregate',
+  ...(name.startsWith('aggregate') ? [] : name.includes('difference') ? ['Details'] : ['Call Tree', 'Details']),
+  ...(name.includes('detailedmemory') && !name.startsWith('aggregate') ? ['MemChart'] : []), 'System Info'];
 // The difference chart's graph stands for its tab.
-const tabDiv = (name, tab) =>
-  tab === 'MemChart' && name.startsWith('difference') ? 'absDevCanvasDiffDiv' : tabDivs[tab];
+const tabDiv = (name, tab) => ({ 'Aggregate': 'aggregateSummaryDiv', 'Call Tree': 'callTreeSummaryDiv',
+  'Details': 'phaseSummaryDiv', 'System Info': 'systemInfoTableDiv',
+  'MemChart': name.startsWith('difference') ? 'absDevCanvasDiffDiv' : 'scrollcanvasdiv' })[tab];
 
-let browser;
-before(async () => { browser = await launch(); });
-after(async () => { await browser.close(); });
-
-for (const [name, tabs] of Object.entries(pages)) {
-  test(`${name}: opens on Aggregate, every tab switches`, async () => {
-    const { page, errors } = await openReport(browser, name);
-    assert.equal(await page.isVisible('#aggregateSummaryTable'), true);
-    const rows = await page.$$eval('#aggregateSummaryTable td[id$="col0"]', (cells) => cells.length);
-    assert.ok(rows > 0, 'the aggregate table has rows');
-    const labels = await page.$$eval('#headerTable div[id="header"]:not([style*="none"]) li',
-                                     (items) => items.map((item) => item.textContent));
-    assert.deepEqual(labels, tabs);
-    await screenshot(page, name.replace('.html', '') + '_Aggregate');
-    // From every tab to every other.
-    for (const from of tabs) {
-      for (const to of tabs) {
-        if (from === to) continue;
-        await page.evaluate((argument) => ShowTable(argument), tabArguments[from]);
-        await showTab(page, to);
-        assert.equal(await page.isVisible('#' + tabDiv(name, to)), true, `${from} -> ${to}`);
-        for (const other of tabs.filter((tab) => tab !== to)) {
-          assert.equal(await page.isVisible('#' + tabDiv(name, other)), false, `${other} hidden`);
+test('every page opens on Aggregate, and every tab switches to every other', async () => {
+  for (const kind of ['detail', 'difference', 'aggregate', 'aggregate_difference']) {
+    for (const metric of ['time', 'basicmemory', 'detailedmemory']) {
+      const name = `${kind}_${metric}.html`;
+      const tabs = tabsOf(name);
+      await withReport(name, async (page) => {
+        assert.ok((await texts(page, '#aggregateSummaryTable td[id$="col0"]')).length > 0, name);
+        assert.deepEqual(await texts(page, '#headerTable div[id="header"]:not([style*="none"]) li'), tabs);
+        for (const from of tabs) {
+          for (const to of tabs.filter((tab) => tab !== from)) {
+            await page.evaluate((argument) => ShowTable(argument), tabArguments[from]);
+            await showTab(page, to);
+            for (const tab of tabs) {
+              assert.equal(await page.isVisible('#' + tabDiv(name, tab)), tab === to, `${name} ${from} -> ${to}: ${tab}`);
+            }
+          }
         }
-      }
+      });
     }
-    for (const tab of tabs.slice(1)) {
-      await page.evaluate(() => ShowTable('aggregateSummary'));
-      await showTab(page, tab);
-      await screenshot(page, name.replace('.html', '') + '_' + tab.replace(' ', ''));
-    }
-    assert.deepEqual(errors, []);
-    await page.close();
-  });
-}
+  }
+});
+
+// Figures that are not finite, as a damaged or foreign value file may hold them, reach the
+// page's scripts as the numbers NaN and Infinity.
+test('pages of figures that are not finite open, show every tab and print NaN and Infinity', async () => {
+  for (const name of ['detail', 'difference'].flatMap((kind) => ['time', 'basicmemory', 'detailedmemory']
+    .map((metric) => `non_finite_${kind}_${metric}.html`))) {
+    await withReport(name, async (page) => {
+      assert.ok(await page.evaluate(() => procData.flatMap((record) => Object.values(record))
+        .some((v) => typeof v === 'number' && !Number.isFinite(v))), name);
+      for (const tab of tabsOf(name).slice(1).concat(['Aggregate', 'Details'])) await showTab(page, tab);
+      const cells = await texts(page, '#phaseSummaryTable td[id^="row"]');
+      assert.ok(cells.some((text) => /NaN|Infinity/.test(text)), `${name}: ${cells.join(' ')}`);
+    }, big);
+  }
+});
 
 test('the aggregate table sorts both ways, and another column starts ascending', async () => {
-  const { page, errors } = await openReport(browser, 'detail_time.html');
-  const counts = async () => (await page.$$eval('#aggregateSummaryTable td[id$="col1"]',
-    (cells) => cells.map((cell) => Number(cell.textContent))));
-  await page.click('#aggregateSummaryTable span:text-is("Count")');
-  const ascending = await counts();
-  assert.deepEqual(ascending, [...ascending].sort((a, b) => a - b));
-  await page.click('#aggregateSummaryTable span:text-is("Count")');
-  const descending = await counts();
-  assert.deepEqual(descending, [...descending].sort((a, b) => b - a));
-  assert.notDeepEqual(ascending, descending);
-  // Another column begins ascending again, names compared without case.
-  await page.click('#aggregateSummaryTable span:text-is("Phase")');
-  const names = await page.$$eval('#aggregateSummaryTable td[id$="col0"]',
-                                  (cells) => cells.map((cell) => cell.textContent.toLowerCase()));
-  assert.deepEqual(names, [...names].sort());
-  assert.deepEqual(errors, []);
-  await page.close();
+  await withReport('detail_time.html', async (page) => {
+    const counts = async () => {
+      await page.click('#aggregateSummaryTable span:text-is("Count")');
+      return (await texts(page, '#aggregateSummaryTable td[id$="col1"]')).map(Number);
+    };
+    const [ascending, descending] = [await counts(), await counts()];
+    assert.deepEqual([ascending, descending], [[...ascending].sort((a, b) => a - b), [...ascending].sort((a, b) => b - a)]);
+    assert.notDeepEqual(ascending, descending);
+    // Another column begins ascending again, names compared without case.
+    await page.click('#aggregateSummaryTable span:text-is("Phase")');
+    const names = (await texts(page, '#aggregateSummaryTable td[id$="col0"]')).map((n) => n.toLowerCase());
+    assert.deepEqual(names, [...names].sort());
+  });
+});
+
+test('the aggregate strip of a long table re-fills its 32 rows', async () => {
+  await withReport('large_difference.html', async (page) => {
+    const names = () => texts(page, '#aggregateSummaryTable td[id$="col0"]');
+    const before = await names();
+    await scrollDiv(page, 'aggregateSummaryScrollTableDiv', 1, true);
+    await page.waitForFunction((first) => document.getElementById('aggRow0col0').textContent !== first, before[0]);
+    const after = await names();
+    assert.deepEqual([before.length, after.length, after[31]],
+                     [32, 32, await page.evaluate(() => Phase[aggData[aggDataView.Index.at(-1)].Phase])]);
+  }, { viewport: { width: 1600, height: 2400 } });
+});
+
+test('difference pages: NA for one side\'s phases, colour classes and the link to the Details tab', async () => {
+  for (const metric of ['time', 'basicmemory']) {
+    await withReport(`difference_${metric}.html`, async (page) => {
+      // "load model" is only on the left, "link model" only on the right.
+      const [leftOnly, rightOnly] = [await aggregateRow(page, 'load model'), await aggregateRow(page, 'link model')];
+      assert.deepEqual([leftOnly[2], rightOnly[1]], ['NA', 'NA'], metric);
+      assert.ok(leftOnly.slice(4).includes('NA') && rightOnly.slice(4).includes('NA'), metric);
+      const binned = await page.$$eval('#aggregateSummaryTable td', (cells) =>
+        cells.filter((cell) => /\b(GT50|LTM50|BETWN_[M0-9_]+)\b/.test(cell.className)).length);
+      assert.ok(binned > 0, 'relative deviations have colour classes');
+      // Four runs of "outputs" on the left, five on the right: five aligned rows, ticked.
+      await follow(page, '#aggregateSummaryTable a:text-is("outputs")', 'phaseSummary');
+      assert.deepEqual(await detailPhases(page), Array(5).fill('outputs'));
+      assert.equal(await page.textContent('#totalChecked'), '5');
+      assert.ok((await texts(page, '#phaseSummaryTable td[id^="row"]')).includes('NA'), metric);
+    }, big);
+  }
+});
+
+test('a parent only the right side has, on the first row: every tab works', async () => {
+  // The right run wraps the left one's work in an outer phase.
+  await withReport('outer_difference_time.html', async (page) => {
+    assert.deepEqual(await page.evaluate(() => {
+      const r = procData[0];
+      return [r.isParent, Phase[r.Phase], r.LHS_WCSelf, r.RHS_WCSelf, r.RHS_CPUSelf];
+    }), [1, 'session', -99.99, 0, 0]);
+    assert.ok((await page.$$('#aggregateSummaryTable td[id$="col0"]')).length > 0);
+    await showTab(page, 'Details');
+    assert.deepEqual([await page.textContent('#aggTD'), await page.textContent('#row0col1')],
+                     [`Aggregate (N = ${await page.evaluate(() => procData.length - numBlankData)})`, 'NA']);
+    for (const tab of ['System Info', 'Aggregate']) await showTab(page, tab);
+  }, big);
 });

@@ -5,60 +5,43 @@
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
-import { fileURLToPath } from 'node:url';
 import vm from 'node:vm';
 
-const source = readFileSync(
-  fileURLToPath(new URL('../../src/report/pages/quicksort.js', import.meta.url)), 'utf8');
+const source = readFileSync(new URL('../../src/report/pages/quicksort.js', import.meta.url), 'utf8');
 
 /// The key of a row as the recursive quicksort made it.
-function createKeyForData(context, dataViewIndex, sortCols) {
+function createKeyForData(context, row, sortCols) {
   let key = '';
   for (const col of sortCols) {
     if (col == 'Phase') {
-      key += context.Phase[context.procData[dataViewIndex].Phase].toLowerCase();
-      continue;
+      key += context.Phase[context.procData[row].Phase].toLowerCase();
+    } else {
+      const value = col == 'ExecOrder' ? row : context.procData[row][col];
+      key += ('' + parseInt(100000000 - value * 100)).padStart(10, '0');
     }
-    const value = col == 'ExecOrder' ? dataViewIndex : context.procData[dataViewIndex][col];
-    let part = '' + parseInt(100000000 - value * 100);
-    while (part.length < 10) {
-      part = '0' + part;
-    }
-    key += part;
   }
   return key;
 }
 
 /// The recursive quicksort whose order the page keeps: the pivot is taken out of the middle,
 /// and a row of the pivot's key goes left when it stood before the pivot.
-function recursiveQuicksort(createKeyForData, arr, sortCols) {
-  if (arr.length <= 1) {
-    return arr;
-  }
+function recursiveQuicksort(keyOf, arr) {
+  if (arr.length <= 1) return arr;
   const pivotIndex = Math.floor(arr.length / 2);
   const pivotVal = arr.splice(pivotIndex, 1)[0];
-  const pivotKey = createKeyForData(pivotVal, sortCols);
-  const less = [];
-  const greater = [];
-  for (let x = 0; x < arr.length; x++) {
-    const key = createKeyForData(arr[x], sortCols);
-    if (key < pivotKey || (key == pivotKey && x < pivotIndex)) {
-      less.push(arr[x]);
-    } else {
-      greater.push(arr[x]);
-    }
-  }
-  return recursiveQuicksort(createKeyForData, less, sortCols)
-    .concat([pivotVal], recursiveQuicksort(createKeyForData, greater, sortCols));
+  const pivotKey = keyOf(pivotVal);
+  const less = [], greater = [];
+  arr.forEach((row, x) => {
+    const key = keyOf(row);
+    (key < pivotKey || (key == pivotKey && x < pivotIndex) ? less : greater).push(row);
+  });
+  return recursiveQuicksort(keyOf, less).concat([pivotVal], recursiveQuicksort(keyOf, greater));
 }
 
 /// A small random generator with a seed, so that a failure can be replayed.
 function generator(seed) {
   let state = seed >>> 0;
-  return (n) => {
-    state = (Math.imul(state, 1664525) + 1013904223) >>> 0;
-    return state % n;
-  };
+  return (n) => (state = (Math.imul(state, 1664525) + 1013904223) >>> 0) % n;
 }
 
 /// The page's sort over rows drawn from few distinct figures and names.
@@ -67,13 +50,10 @@ function page(random, rows) {
   // Figures whose keys are cut, negative, in exponent form (the last three), or not numbers.
   const figures = [0, 0.004, 0.005, 0.01, 1.5, 1.505, 12, 99999.99, 2e6, -3, 1e6, 999999.995,
                    999999.9999999999, 1e20, -1e20, NaN];
-  const procData = [];
-  for (let i = 0; i < rows; i++) {
-    procData.push({
-      Phase: random(Phase.length), Model: random(3) - 1, Target: random(2) - 1,
-      WCSelf: figures[random(figures.length)], WCElapsed: figures[random(4)],
-    });
-  }
+  const procData = Array.from({ length: rows }, () => ({
+    Phase: random(Phase.length), Model: random(3) - 1, Target: random(2) - 1,
+    WCSelf: figures[random(figures.length)], WCElapsed: figures[random(4)],
+  }));
   const context = vm.createContext({ Phase, procData });
   vm.runInContext(source, context);
   return context;
@@ -91,14 +71,9 @@ test('the same order as the recursive quicksort on random views with many equal 
     const context = page(random, 1 + random(400));
     // A view is some rows in some order, as a filter and an earlier sort leave it.
     const view = [];
-    for (let i = 0; i < context.procData.length; i++) {
-      if (random(4) > 0) {
-        view.splice(random(view.length + 1), 0, i);
-      }
-    }
+    context.procData.forEach((_, i) => { if (random(4) > 0) view.splice(random(view.length + 1), 0, i); });
     const columns = columnSets[seed % columnSets.length];
-    const expected = recursiveQuicksort((index, cols) => createKeyForData(context, index, cols),
-                                        view.slice(), columns);
+    const expected = recursiveQuicksort((row) => createKeyForData(context, row, columns), view.slice());
     const before = view.slice();
     assert.deepEqual(Array.from(context.quicksort(view, columns)), expected, `seed ${seed}`);
     assert.deepEqual(view, before, 'the view given is left as it was');
@@ -106,12 +81,10 @@ test('the same order as the recursive quicksort on random views with many equal 
 });
 
 test('a view of 100,000 rows with eight keys sorts, equal keys in view order', () => {
-  const random = generator(7);
-  const context = page(random, 100000);
-  context.procData.forEach((record, i) => { record.WCSelf = [0, 1, 2, 3, 4, 5, 6, 7][i % 8]; });
-  const view = [...context.procData.keys()].reverse();
-  const sorted = context.quicksort(view, ['WCSelf']);
-  assert.equal(sorted.length, view.length);
+  const context = page(generator(7), 100000);
+  context.procData.forEach((record, i) => { record.WCSelf = i % 8; });
+  const sorted = context.quicksort([...context.procData.keys()].reverse(), ['WCSelf']);
+  assert.equal(sorted.length, 100000);
   for (let i = 1; i < sorted.length; i++) {
     const [a, b] = [context.procData[sorted[i - 1]].WCSelf, context.procData[sorted[i]].WCSelf];
     assert.ok(a > b || (a === b && sorted[i - 1] > sorted[i]), `position ${i}`);

@@ -2,6 +2,7 @@
 // fresh page per report, and every script error of a page collected.
 
 import { chromium } from 'playwright-core';
+import { after } from 'node:test';
 import assert from 'node:assert/strict';
 import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
@@ -10,7 +11,7 @@ import { fileURLToPath } from 'node:url';
 export const reports = process.env.PT_REPORTS;
 const executablePath = process.env.PT_CHROMIUM || '/usr/lib/chromium/chromium';
 
-export async function launch() {
+async function launch() {
   assert.ok(reports && existsSync(reports), 'PT_REPORTS must name the folder of generated reports');
   const browser = await chromium.launch({
     executablePath,
@@ -23,14 +24,31 @@ export async function launch() {
 
 // ---- Coverage of the page scripts ----
 // With PT_JS_COVERAGE set to a folder, every page records which lines of each page script ran
-// and writes them there as it closes, as { "file.js": [line, ...] } per page.
+// and writes them there as it closes, as { "file.js": [line, ...] } per page. A page file holds
+// the variants of its text between directive lines ("//@if ...") and values ("@@name@@"); each
+// run of lines between them is found whole in the page's scripts when the page has it.
 
 const pagesFolder = fileURLToPath(new URL('../../src/report/pages/', import.meta.url));
 const pageScripts = ['aggregate_tab.js', 'call_tree_filter.js', 'call_tree_tab.js',
   'check_summary.js', 'details_tab.js', 'mem_chart.js', 'mem_chart_common.js',
   'mem_chart_diff.js', 'quicksort.js', 'tab_script.js', 'table_engine.js']
-  .map((name) => ({ name, text: readFileSync(join(pagesFolder, name), 'utf8') }));
+  .map((name) => ({ name, blocks: blocksOf(readFileSync(join(pagesFolder, name), 'utf8')) }));
 let coverageFiles = 0;
+
+function blocksOf(text) {
+  const blocks = [];
+  let block = null;
+  text.replace(/\n$/, '').split('\n').forEach((line, index) => {
+    const start = line.trimStart();
+    if (start.startsWith('//@') || start.startsWith('/*@') || line.includes('@@')) {
+      block = null;
+    } else {
+      if (!block) blocks.push((block = { first: index + 1, lines: [] }));
+      block.lines.push(line);
+    }
+  });
+  return blocks.map((b) => ({ ...b, text: b.lines.join('\n') + '\n' }));
+}
 
 function recordCoverage(browser, folder) {
   mkdirSync(folder, { recursive: true });
@@ -39,14 +57,15 @@ function recordCoverage(browser, folder) {
     if (!open.delete(page)) return;
     const lines = {};
     for (const entry of await page.coverage.stopJSCoverage()) {
+      if (!entry.source) continue;
+      const ranges = entry.functions.flatMap((f) => f.ranges)
+        .sort((a, b) => (b.endOffset - b.startOffset) - (a.endOffset - a.startOffset));
       for (const script of pageScripts) {
-        const start = entry.source?.indexOf(script.text) ?? -1;
-        if (start >= 0) (lines[script.name] ??= new Set());
-        if (start >= 0) linesRun(entry, start, script.text).forEach((l) => lines[script.name].add(l));
+        const run = linesRun(entry.source, ranges, script.blocks);
+        if (run.length) (lines[script.name] ??= []).push(...run);
       }
     }
-    const out = Object.fromEntries(Object.entries(lines).map(([k, v]) => [k, [...v]]));
-    writeFileSync(join(folder, `${process.pid}-${coverageFiles++}.json`), JSON.stringify(out));
+    writeFileSync(join(folder, `${process.pid}-${coverageFiles++}.json`), JSON.stringify(lines));
   };
   const newPage = browser.newPage.bind(browser);
   browser.newPage = async (...options) => {
@@ -61,63 +80,65 @@ function recordCoverage(browser, folder) {
   browser.close = async () => { for (const page of [...open]) await save(page); return closeBrowser(); };
 }
 
-/// The lines of a script, found at start in a page's script, whose first character ran: the
-/// count of an offset is the count of the smallest range that holds it.
-function linesRun(entry, start, text) {
-  const ranges = entry.functions.flatMap((f) => f.ranges)
-    .filter((r) => r.endOffset > start && r.startOffset < start + text.length)
-    .sort((a, b) => (b.endOffset - b.startOffset) - (a.endOffset - a.startOffset));
+/// The lines of a page file's blocks, found in order in a script, whose first character ran:
+/// the count of an offset is the count of the smallest range that holds it.
+function linesRun(source, ranges, blocks) {
   const run = [];
-  let offset = 0;
-  text.split('\n').forEach((line, index) => {
-    const first = line.search(/\S/);
-    if (first >= 0) {
-      const at = start + offset + first;
-      let count = 0;
-      for (const r of ranges) if (r.startOffset <= at && at < r.endOffset) count = r.count;
-      if (count > 0) run.push(index + 1);
-    }
-    offset += line.length + 1;
-  });
+  let cursor = 0;
+  for (const block of blocks) {
+    let at = source.indexOf(block.text, cursor);
+    while (at > 0 && source[at - 1] != '\n' && source[at - 1] != '>') at = source.indexOf(block.text, at + 1);
+    if (at < 0) continue;
+    cursor = at + block.text.length;
+    block.lines.forEach((line, index) => {
+      const first = line.search(/\S/);
+      if (first >= 0) {
+        let count = 0;
+        for (const r of ranges) if (r.startOffset <= at + first && at + first < r.endOffset) count = r.count;
+        if (count > 0) run.push(block.first + index);
+      }
+      at += line.length + 1;
+    });
+  }
   return run;
 }
 
-/// A report opened on its first tab; errors holds every uncaught script error of the page.
-export async function openReport(browser, name, viewport = { width: 1280, height: 900 }) {
-  return openChart(browser, name, null, viewport);
-}
+let browser;
+after(async () => { if (browser) await (await browser).close(); });
 
-/// Milliseconds per redraw of a chart's window, scrolled through by its scroll bar in 50 steps.
-export function scrollRedrawMs(page, scrollDiv) {
-  return page.evaluate((id) => {
-    const div = document.getElementById(id);
-    const range = div.scrollWidth - div.clientWidth;
-    const begin = performance.now();
-    for (let i = 0; i < 50; i++) {
-      div.scrollLeft = (range * i) / 50;
-      swapCanvas(div);
-    }
-    return (performance.now() - begin) / 50;
-  }, scrollDiv);
-}
-
-/// Adds figures to timings.json beside the reports.
-export function recordTimings(figures) {
-  const file = join(reports, 'timings.json');
-  const timings = existsSync(file) ? JSON.parse(readFileSync(file, 'utf8')) : {};
-  writeFileSync(file, JSON.stringify(Object.assign(timings, figures), null, 1) + '\n');
+/// Opens a report of the reports folder (or a page at an absolute path) with canvases that
+/// record every text they print in window.printed, runs body on it and checks that the page
+/// met no script error (nor a console message matching alsoErrors). prepare runs in the page
+/// once its scripts are parsed, before anything is drawn.
+export async function withReport(name, body, { viewport = { width: 1280, height: 1000 },
+                                               prepare = null, alsoErrors = null } = {}) {
+  browser ??= launch();
+  const page = await (await browser).newPage({ viewport });
+  const errors = [];
+  page.on('pageerror', (error) => errors.push(error.message));
+  page.on('console', (message) => {
+    if (message.type() === 'error' || alsoErrors?.test(message.text())) errors.push(message.text());
+  });
+  await page.addInitScript((source) => {
+    window.printed = [];
+    const fillText = CanvasRenderingContext2D.prototype.fillText;
+    CanvasRenderingContext2D.prototype.fillText = function (text, x, y) {
+      window.printed.push({ canvas: this.canvas.id, text: String(text) });
+      return fillText.apply(this, arguments);
+    };
+    if (source) document.addEventListener('DOMContentLoaded', new Function(source));
+  }, prepare);
+  await page.goto('file://' + (name.startsWith('/') ? name : join(reports, name)));
+  await page.waitForFunction(() => document.readyState === 'complete');
+  await body(page);
+  assert.deepEqual(errors, [], name);
+  await page.close();
 }
 
 export async function screenshot(page, name) {
   const folder = join(reports, 'screenshots');
   mkdirSync(folder, { recursive: true });
   await page.screenshot({ path: join(folder, name + '.png'), fullPage: false });
-}
-
-/// The texts of a column of the aggregate table's rows on show.
-export async function aggregateColumn(page, column) {
-  return page.$$eval(`#aggregateSummaryTable td[id$="col${column}"]`, (cells) =>
-    cells.filter((cell) => /^aggRow\d+col/.test(cell.id)).map((cell) => cell.textContent));
 }
 
 export const tabArguments = {
@@ -132,33 +153,54 @@ export async function showTab(page, label) {
   await page.waitForFunction((argument) => activeTab === argument, tabArguments[label]);
 }
 
-/// A report whose canvases record every text they print in window.printed; prepare runs in the
-/// page once its scripts are parsed, before the chart is drawn.
-export async function openChart(browser, name, prepare = null, viewport = { width: 1280, height: 1000 }) {
-  const page = await browser.newPage({ viewport });
-  const errors = [];
-  page.on('pageerror', (error) => errors.push(error.message));
-  page.on('console', (message) => { if (message.type() === 'error') errors.push(message.text()); });
-  await page.addInitScript((source) => {
-    window.printed = [];
-    const fillText = CanvasRenderingContext2D.prototype.fillText;
-    CanvasRenderingContext2D.prototype.fillText = function (text, x, y) {
-      window.printed.push({ canvas: this.canvas.id, text: String(text) });
-      return fillText.apply(this, arguments);
-    };
-    if (source) document.addEventListener('DOMContentLoaded', new Function(source));
-  }, prepare);
-  await page.goto('file://' + join(reports, name));
-  await page.waitForFunction(() => document.readyState === 'complete');
-  return { page, errors };
+/// Opens a page on its MemChart tab.
+export const withChart = (name, body, options) =>
+  withReport(name, async (page) => { await showTab(page, 'MemChart'); await body(page); }, options);
+export const openPopups = (page) => page.$$eval('div[id^="popupDiv"]', (divs) =>
+  divs.filter((d) => d.style.zIndex >= 1000).map((d) => d.id).sort());
+
+/// Clicks what selector names and waits for the tab it opens (its script argument).
+export async function follow(page, selector, tab) {
+  await page.click(selector);
+  await page.waitForFunction((argument) => activeTab === argument, tab);
 }
+
+export const texts = (page, selector) => page.$$eval(selector, (all) => all.map((e) => e.textContent));
+
+/// The phase names of the Details tab's rows on show.
+export const detailPhases = (page) => page.$$eval('#phaseSummaryTable td[id^="phaseTD"]',
+  (cells) => cells.map((cell) => cell.childNodes[0].textContent));
+
+/// The cells of the aggregate table's row of a phase.
+export const aggregateRow = (page, phase) => page.$eval(`#aggregateSummaryTable a:text-is("${phase}")`,
+  (link) => [...link.closest('tr').querySelectorAll('td')].map((cell) => cell.textContent));
+
+/// Types a phase filter into the Call Tree tab's panel and refreshes.
+export async function filterCallTree(page, phase) {
+  await page.click('a[href="javascript:showInputTable(\'CT_FilterData\')"]');
+  await page.fill('#CT_phasename', phase);
+  await page.click('#CT_userInputs input[value="Refresh"]');
+}
+
+/// Scrolls a div to a fraction of its range.
+export const scrollDiv = (page, id, fraction, vertical = false) => page.$eval('#' + id, (div, [f, v]) => {
+  if (v) div.scrollTop = (div.scrollHeight - div.clientHeight) * f;
+  else div.scrollLeft = (div.scrollWidth - div.clientWidth) * f;
+}, [fraction, vertical]);
 
 export const printedOn = (page, canvas) =>
   page.evaluate((id) => window.printed.filter((p) => p.canvas === id).map((p) => p.text), canvas);
 
+/// The colour of a pixel of a canvas, x and y from its top left; "none" where nothing is drawn.
+export const pixel = (page, canvas, x, y) => page.evaluate(([id, px, py]) => {
+  const data = document.getElementById(id).getContext('2d').getImageData(px, py, 1, 1).data;
+  return data[3] === 0 ? 'none' :
+    '#' + [data[0], data[1], data[2]].map((v) => v.toString(16).padStart(2, '0')).join('').toUpperCase();
+}, [canvas, x, y]);
+
 /// Clicks at point in a window that ends just below it, on the memory chart's column of a popup
-/// wider than the window, and checks that the popup and its close box are kept inside the
-/// window; returns the close box.
+/// wider than the window, checks that the popup and its close box are kept inside the window,
+/// and closes it there.
 export async function clickWidePopup(page, point) {
   await page.setViewportSize({ width: 1000, height: Math.round(point.y) + 30 });
   await page.mouse.click(point.x, point.y);
@@ -169,5 +211,6 @@ export async function clickWidePopup(page, point) {
   assert.ok(box.width > view[0], 'the popup is wider than the window');
   assert.ok(box.right <= view[0] && box.top >= 0 && box.bottom <= view[1], JSON.stringify(box));
   assert.ok(close.left >= 0 && close.right <= view[0] && close.top >= 0 && close.bottom <= view[1]);
-  return close;
+  await page.mouse.click(close.left + close.width / 2, close.top + close.height / 2);
+  assert.equal(await page.evaluate(() => availablePopupIndices.length), 100);
 }
