@@ -4,41 +4,35 @@ namespace {
 
 using Groupings = TracerTest;
 using Names = std::vector<std::string>;
-using States = std::vector<EPTGroupingEnabled>;
-constexpr EPTGroupingEnabled kOn = PT_GROUPING_ON, kOff = PT_GROUPING_OFF,
-                             kUnset = PT_GROUPING_UNSET;
 
-std::int32_t idOf(const std::string& grouping) {
-    return static_cast<std::int32_t>(ptTracer()->nameToID(PT_TABLE_GROUPING, grouping, false));
-}
-
-States statesOf(const Names& groupings) {
-    States states;
-    for (const std::string& grouping : groupings) {
-        states.push_back(ptTracer()->groupingState(idOf(grouping)));
-    }
-    return states;
-}
-
-const Names* childrenOf(const std::string& grouping) {
-    const auto& map = *ptTracer()->_groupings;
-    const auto found = map.find(idOf(grouping));
-    return found == map.end() ? nullptr : found->second.get();
-}
-
-/// Which of the names are groupings (have a list of children), as a text of 0 and 1.
-std::string areGroupings(const Names& names) {
-    std::string result;
+/// Each name with its state (":on", ":off", nothing when unset) and, if it is a grouping, its
+/// children in brackets: "A:on[B,C] B:on[] C".
+std::string tree(const Names& names) {
+    std::string text;
     for (const std::string& name : names) {
-        result += childrenOf(name) ? '1' : '0';
+        const auto id =
+            static_cast<std::int32_t>(ptTracer()->nameToID(PT_TABLE_GROUPING, name, false));
+        const EPTGroupingEnabled state = ptTracer()->groupingState(id);
+        text += (text.empty() ? "" : " ") + name +
+                (state == PT_GROUPING_ON    ? ":on"
+                 : state == PT_GROUPING_OFF ? ":off"
+                                            : "");
+        const auto found = ptTracer()->_groupings->find(id);
+        if (found != ptTracer()->_groupings->end()) {
+            std::string children;
+            for (const std::string& child : *found->second) {
+                children += (children.empty() ? "" : ",") + child;
+            }
+            text += "[" + children + "]";
+        }
     }
-    return result;
+    return text;
 }
 
 TEST_F(Groupings, AddingLeavesAndParents) {
     const auto next = static_cast<std::int32_t>(tableSize(PT_TABLE_GROUPING));
     EXPECT_EQ(ptAddGrouping("Leaf"), next);
-    EXPECT_EQ(statesOf({"Leaf"}), States{kUnset});
+    EXPECT_EQ(tree({"Leaf"}), "Leaf[]");
     ptEnableTracer("Leaf", true);
     EXPECT_EQ(ptAddGrouping("Leaf"), next);  // adding again is harmless and keeps the state
     EXPECT_TRUE(ptIsTracerEnabled(next));
@@ -50,14 +44,12 @@ TEST_F(Groupings, AddingLeavesAndParents) {
     const std::int32_t id = groupingID("A");
     EXPECT_EQ(ptAddGrouping("A"), -1);
     EXPECT_EQ(groupingID("A"), id);
-    EXPECT_EQ(*childrenOf("A"), (Names{"B", "C"}));
-    EXPECT_EQ(childrenOf("D"), nullptr);
+    EXPECT_EQ(tree({"A", "D"}), "A[B,C] D");
 
     // A sub-grouping that has children of its own stops the add where it stands.
     ASSERT_EQ(ptAddGrouping("Q", {"Q1"}), "");
     EXPECT_EQ(ptAddGrouping("P", {"X", "Q", "Y"}), "Sub group: Q");
-    EXPECT_EQ(*childrenOf("P"), (Names{"X", "Q", "Y"}));
-    EXPECT_EQ(areGroupings({"X", "Y"}), "10");
+    EXPECT_EQ(tree({"P", "X", "Y"}), "P[X,Q,Y] X[] Y");
     EXPECT_EQ(ptGetGroupingList("P"), (Names{"X", "Q1", "Q", "P"}));
 }
 
@@ -73,8 +65,8 @@ TEST_F(Groupings, NewChildrenInheritTheParentsExplicitState) {
     EXPECT_EQ(ptAddGrouping("Off", {"OffChild"}), "");
     EXPECT_EQ(ptAddGrouping("Untouched", {"KeepsOn", "KeepsOff", "NewChild"}), "");
     // The leaf "On" kept its state on becoming a parent.
-    EXPECT_EQ(statesOf({"OnChild", "OffChild", "KeepsOn", "KeepsOff", "NewChild", "On"}),
-              (States{kOn, kOff, kOn, kOff, kUnset, kOn}));
+    EXPECT_EQ(tree({"On", "OnChild", "OffChild", "KeepsOn", "KeepsOff", "NewChild"}),
+              "On:on[OnChild] OnChild:on[] OffChild:off[] KeepsOn:on[] KeepsOff:off[] NewChild[]");
 }
 
 TEST_F(Groupings, EnablingFlowsDownAndCreatesMissingGroupings) {
@@ -82,19 +74,16 @@ TEST_F(Groupings, EnablingFlowsDownAndCreatesMissingGroupings) {
     ptEnableTracer("Unknown", true);
     ptEnableTracer("Unknown off", false);
     EXPECT_EQ(tableSize(PT_TABLE_GROUPING), before + 2);
-    ASSERT_NE(childrenOf("Unknown"), nullptr);
-    EXPECT_TRUE(childrenOf("Unknown")->empty());
-    EXPECT_EQ(statesOf({"Unknown", "Unknown off"}), (States{kOn, kOff}));
+    EXPECT_EQ(tree({"Unknown", "Unknown off"}), "Unknown:on[] Unknown off:off[]");
 
     ptAddGrouping("Root", {"Mid"});
     ptUpdateGrouping("Mid", {"Deep"});  // Deep is only a name until the tree is enabled
     ptAddGrouping("Mid", {"ignored"});
-    EXPECT_EQ(areGroupings({"Deep"}), "0");
+    EXPECT_EQ(tree({"Root", "Mid", "Deep"}), "Root[Mid] Mid[Deep] Deep");
     ptEnableTracer("Root", true);
-    EXPECT_EQ(statesOf({"Root", "Mid", "Deep"}), (States{kOn, kOn, kOn}));
-    EXPECT_EQ(areGroupings({"Deep"}), "1");
+    EXPECT_EQ(tree({"Root", "Mid", "Deep"}), "Root:on[Mid] Mid:on[Deep] Deep:on[]");
     ptEnableTracer("Mid", false);  // leaves its parent as it was
-    EXPECT_EQ(statesOf({"Root", "Mid", "Deep"}), (States{kOn, kOff, kOff}));
+    EXPECT_EQ(tree({"Root", "Mid", "Deep"}), "Root:on[Mid] Mid:off[Deep] Deep:off[]");
 }
 
 TEST_F(Groupings, ListingRemovingAndUpdating) {
@@ -115,8 +104,7 @@ TEST_F(Groupings, ListingRemovingAndUpdating) {
     ptEnableTracer("A", true);
     const std::int32_t d = groupingID("D");
     EXPECT_TRUE(ptRemoveGrouping("A"));
-    EXPECT_EQ(areGroupings({"A", "B", "C", "D"}), "0000");
-    EXPECT_EQ(statesOf({"A", "B", "C", "D"}), States(4, kUnset));
+    EXPECT_EQ(tree({"A", "B", "C", "D"}), "A B C D");
     EXPECT_FALSE(ptRemoveGrouping("A"));
     EXPECT_EQ(ptAddGrouping("D"), d);
     const std::size_t names = tableSize(PT_TABLE_GROUPING);
@@ -128,26 +116,23 @@ TEST_F(Groupings, ListingRemovingAndUpdating) {
     ptAddGrouping("P", {"Old1", "Old2"});
     ptEnableTracer("P", true);
     EXPECT_TRUE(ptUpdateGrouping("P", {"New"}));
-    EXPECT_EQ(areGroupings({"Old1", "Old2", "New"}), "000");
-    EXPECT_EQ(*childrenOf("P"), (Names{"New"}));
-    EXPECT_EQ(statesOf({"P"}), States{kOn});
+    EXPECT_EQ(tree({"P", "Old1", "Old2", "New"}), "P:on[New] Old1 Old2 New");
     EXPECT_EQ(ptGetGroupingList("P"), (Names{"P"}));
     // A name that is not a grouping does not become one, and loses its state.
     ptRemoveGrouping("D");
     ptTracer()->setGroupingEnabled(d, PT_GROUPING_ON);
     EXPECT_TRUE(ptUpdateGrouping("D", {"x"}));
-    EXPECT_EQ(areGroupings({"D"}), "0");
-    EXPECT_EQ(statesOf({"D"}), States{kUnset});
+    EXPECT_EQ(tree({"D"}), "D");
 }
 
 TEST_F(Groupings, CyclesEndEveryWalk) {
     // A failed add leaves a grouping that lists itself.
     EXPECT_EQ(ptAddGrouping("Self", {"Self"}), "Sub group: Self");
     ptEnableTracer("Self", true);
-    EXPECT_TRUE(ptIsTracerEnabled(std::string("Self")));
+    EXPECT_EQ(tree({"Self"}), "Self:on[Self]");
     EXPECT_EQ(ptGetGroupingList("Self"), (Names{"Self"}));
     EXPECT_TRUE(ptRemoveGrouping("Self"));
-    EXPECT_EQ(childrenOf("Self"), nullptr);
+    EXPECT_EQ(tree({"Self"}), "Self");
 
     // Update can close a loop through several groupings.
     ptAddGrouping("A", {"B"});
@@ -156,12 +141,12 @@ TEST_F(Groupings, CyclesEndEveryWalk) {
     ptEnableTracer("B", true);  // makes C
     ptUpdateGrouping("C", {"A"});
     ptEnableTracer("A", false);
-    EXPECT_EQ(statesOf({"A", "B", "C"}), States(3, kOff));
+    EXPECT_EQ(tree({"A", "B", "C"}), "A:off[B] B:off[C] C:off[A]");
     EXPECT_EQ(ptGetGroupingList("A"), (Names{"C", "B", "A"}));
     EXPECT_EQ(ptGetGroupingList("B"), (Names{"A", "C", "B"}));
     // Updating a grouping whose children lead back to it removes it with them.
     EXPECT_TRUE(ptUpdateGrouping("A", {"Z"}));
-    EXPECT_EQ(areGroupings({"A", "B", "C"}), "000");
+    EXPECT_EQ(tree({"A", "B", "C"}), "A B C");
 }
 
 TEST_F(Groupings, AChainAHundredThousandLongEnablesListsAndRemoves) {
@@ -171,9 +156,9 @@ TEST_F(Groupings, AChainAHundredThousandLongEnablesListsAndRemoves) {
     for (int i = 0; i + 1 < kLength; ++i) {
         ASSERT_EQ(ptAddGrouping(name(i), {name(i + 1)}), "");
     }
-    const Names probes = {name(0), name(1), name(kLength / 2), name(kLength - 1)};
+    const Names probes = {name(0), name(kLength / 2), name(kLength - 1)};
     ptEnableTracer(name(0), true);
-    EXPECT_EQ(statesOf(probes), States(4, kOn));
+    EXPECT_EQ(tree(probes), "chain0:on[chain1] chain50000:on[chain50001] chain99999:on[]");
     const Names list = ptGetGroupingList(name(0));
     ASSERT_EQ(list.size(), static_cast<std::size_t>(kLength));
     EXPECT_EQ(list.front(), name(kLength - 1));
@@ -182,11 +167,10 @@ TEST_F(Groupings, AChainAHundredThousandLongEnablesListsAndRemoves) {
     // Closed into a ring, every walk still visits each grouping once.
     ptUpdateGrouping(name(kLength - 1), {name(0)});
     ptEnableTracer(name(kLength / 2), false);
-    EXPECT_EQ(statesOf({name(0)}), States{kOff});
+    EXPECT_EQ(tree({name(0)}), "chain0:off[chain1]");
     EXPECT_EQ(ptGetGroupingList(name(1)).size(), static_cast<std::size_t>(kLength));
     EXPECT_TRUE(ptRemoveGrouping(name(0)));
-    EXPECT_EQ(areGroupings(probes), "0000");
-    EXPECT_EQ(statesOf(probes), States(4, kUnset));
+    EXPECT_EQ(tree(probes), "chain0 chain50000 chain99999");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 namespace {
 
 using Logging = TracerTest;
+using Lines = std::vector<std::string>;
 
 TEST_F(Logging, DisabledCallsLeaveNoTrace) {
     const std::int32_t grouping = ptAddGrouping("Quiet");
@@ -27,24 +28,13 @@ TEST_F(Logging, EnabledGroupingRecordsAStartEndPair) {
     ptEnableTracer("Compile", true);
     EXPECT_TRUE(ptLogOrviaData("Compile", "parse", true));
     EXPECT_TRUE(ptLogOrviaData(grouping, "parse", false));
-
-    ASSERT_EQ(raw().size(), 2u);
-    const auto& start = pointAt<PTOrviaDataPoint>(0);
-    const auto& end = pointAt<PTOrviaDataPoint>(1);
-    EXPECT_EQ(start._pointType, 0);
-    EXPECT_TRUE(start._groupingID == grouping && end._groupingID == grouping);
-    EXPECT_EQ(phases(), (std::vector<std::string>{"parse", "parse"}));
-    EXPECT_TRUE(start._isPhaseStart && !end._isPhaseStart);
-    EXPECT_FALSE(start._isGenerated || end._isGenerated);
-    EXPECT_GT(start._wcTime, 0.0);
-    EXPECT_LE(start._wcTime, end._wcTime);
-    EXPECT_LE(start._cpuTime, end._cpuTime);
-    EXPECT_EQ(start._statisticsTypeID, -1);  // host-language points carry no statistics type
-    // No memory is sampled here, but every live point has two zero records.
-    ASSERT_TRUE(start._basicMem && start._detailedMem);
-    EXPECT_EQ(start._basicMem->procMemUsage, 0.0);
-    EXPECT_EQ(start._detailedMem->commitMem, 0.0);
-
+    // Host-language points carry no statistics type; no memory is sampled here, but every
+    // live point has two zero records.
+    EXPECT_EQ(store(), (Lines{"0 'parse' 'Compile' #-1 start detailed 0 0 0 0 0 basic 0 0 0",
+                              "0 'parse' 'Compile' #-1 end detailed 0 0 0 0 0 basic 0 0 0"}));
+    EXPECT_GT(raw()[0]->_wcTime, 0.0);
+    EXPECT_LE(raw()[0]->_wcTime, raw()[1]->_wcTime);
+    EXPECT_LE(raw()[0]->_cpuTime, raw()[1]->_cpuTime);
     ptEnableTracer("Compile", false);
     EXPECT_FALSE(ptLogOrviaData(grouping, "parse", true));
     EXPECT_EQ(raw().size(), 2u);
@@ -56,9 +46,9 @@ TEST_F(Logging, GlobalLoggingRecordsAnyGrouping) {
     EXPECT_TRUE(ptLogOrviaData("Never added", "p", true));
     EXPECT_TRUE(ptLogOrviaData(99, "p", true));
     EXPECT_TRUE(ptLogKsStartupData("boot", false));
-    ASSERT_EQ(raw().size(), 3u);
-    EXPECT_EQ(raw()[0]->_groupingID, -1);
-    EXPECT_EQ(raw()[1]->_groupingID, 99);
+    EXPECT_EQ(store(), (Lines{"0 'p' #-1 #-1 start detailed 0 0 0 0 0 basic 0 0 0",
+                              "0 'p' #99 #-1 start detailed 0 0 0 0 0 basic 0 0 0",
+                              "0 'boot' #-1 #-1 end detailed 0 0 0 0 0 basic 0 0 0"}));
     EXPECT_EQ(tableSize(PT_TABLE_GROUPING), groupings);
 }
 
@@ -76,18 +66,20 @@ TEST_F(Logging, EachGroupingIsDecidedOnItsOwn) {
     // Startup logging has a grouping of its own.
     ptEnableTracer("Kestrune Startup", true);
     EXPECT_TRUE(ptLogKsStartupData("boot", true));
-    EXPECT_EQ(raw().back()->_pointType, 0);
-    EXPECT_EQ(ptNameStr(PT_TABLE_GROUPING, raw().back()->_groupingID), "Kestrune Startup");
     ptEnableTracer("Kestrune Startup", false);
     EXPECT_FALSE(ptLogKsStartupData("boot", false));
-
     // The hot path's grouping id is that of "EvalPrms".
     const int evalPrms = KsPerformanceTracingPoint::_groupingID;
     EXPECT_FALSE(ptLogOrviaData(evalPrms, "eval", true));
     ptEnableTracer("EvalPrms", true);
     EXPECT_TRUE(ptLogOrviaData(evalPrms, "eval", true));
     EXPECT_TRUE(ptLogKestruneData(evalPrms, "m", "t", "eval", false));
-    EXPECT_EQ(raw().size(), 5u);
+    EXPECT_EQ(store(),
+              (Lines{"0 'p' 'Parent' #-1 start detailed 0 0 0 0 0 basic 0 0 0",
+                     "0 'p' 'Child' #-1 start detailed 0 0 0 0 0 basic 0 0 0",
+                     "0 'boot' 'Kestrune Startup' #-1 start detailed 0 0 0 0 0 basic 0 0 0",
+                     "0 'eval' 'EvalPrms' #-1 start detailed 0 0 0 0 0 basic 0 0 0",
+                     "1 'eval' 'EvalPrms' 'm' 't' '' end detailed 0 0 0 0 0 basic 0 0 0"}));
 }
 
 TEST_F(Logging, ModelPointsCarryNamesAndStatisticsTypes) {
@@ -99,27 +91,15 @@ TEST_F(Logging, ModelPointsCarryNamesAndStatisticsTypes) {
     EXPECT_TRUE(ptLogKestruneData("Build", "engine", "sim", "compile", false));
     EXPECT_TRUE(ptLogYlvaneData(groupingID("Build"), "engine", "rtw", "machine 1", "chart A",
                                 "transition", true));
-
-    ASSERT_EQ(raw().size(), 3u);
-    const auto& first = pointAt<PTKestruneDataPoint>(0);
-    EXPECT_EQ(first._pointType, 1);
-    EXPECT_EQ(ptGetModelStr(first._modelID), "engine");
-    EXPECT_EQ(ptGetTargetStr(first._targetID), "sim");
     // The first point of a model without a type enters the empty type; later points see the
     // type set in between, earlier ones keep theirs.
-    EXPECT_NE(first._statisticsTypeID, -1);
-    EXPECT_EQ(ptGetStatisticsTypeStr(first._statisticsTypeID), "");
-    EXPECT_EQ(ptGetStatisticsTypeStr(pointAt<PTKestruneDataPoint>(1)._statisticsTypeID),
-              "Incremental");
-
-    const auto& chart = pointAt<PTYlvaneDataPoint>(2);
-    EXPECT_EQ(chart._pointType, 2);
-    EXPECT_EQ(chart._modelID, first._modelID);
-    EXPECT_EQ(ptGetTargetStr(chart._targetID), "rtw");
-    EXPECT_EQ(ptGetMachineStr(chart._machineID), "machine 1");
-    EXPECT_EQ(ptGetChartStr(chart._chartID), "chart A");
-    EXPECT_EQ(ptGetPhaseStr(chart._phaseID), "transition");
-    EXPECT_EQ(ptGetStatisticsTypeStr(chart._statisticsTypeID), "Incremental");
+    EXPECT_EQ(
+        store(),
+        (Lines{
+            "1 'compile' 'Build' 'engine' 'sim' '' start detailed 0 0 0 0 0 basic 0 0 0",
+            "1 'compile' 'Build' 'engine' 'sim' 'Incremental' end detailed 0 0 0 0 0 basic 0 0 0",
+            "2 'transition' 'Build' 'engine' 'rtw' 'machine 1' 'chart A' 'Incremental' start "
+            "detailed 0 0 0 0 0 basic 0 0 0"}));
 }
 
 }  // namespace

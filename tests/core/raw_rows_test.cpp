@@ -5,49 +5,61 @@
 #include <boost/make_shared.hpp>
 
 #include <cstring>
-#include <functional>
+#include <type_traits>
+#include <variant>
 #include <vector>
 
 namespace {
 
 using RawRows = TracerTest;
 
-/// The cells of a point's row in one line: 'text', true or false, int32:N, numbers, or the
-/// class name of anything else.
+/// The cells of a point's row in one line: 'text', true or false, int32:N, or a double.
 std::string cellsOf(const PTOrviaDataPoint& point) {
     const hvUniqueArray row(point.toRow());
     EXPECT_TRUE(hvIsCell(row.get()) && hvGetM(row.get()) == 1);
     std::ostringstream out;
     for (std::size_t i = 0; i < hvGetN(row.get()); ++i) {
         const hvArray* cell = hvGetCell(row.get(), i);
-        out << (i ? " " : "");
         if (hvIsCharVector(cell)) {
-            out << "'" << hvArrayToStdString(cell) << "'";
+            out << " '" << hvArrayToStdString(cell) << "'";
         } else if (hvIsLogicalScalar(cell)) {
-            out << (hvIsLogicalScalarTrue(cell) ? "true" : "false");
-        } else if (hvGetClassID(cell) == hvClassID::Int32) {
-            out << "int32:" << hvGetScalar(cell);
-        } else if (hvIsDouble(cell)) {
-            out << hvGetScalar(cell);
+            out << (hvIsLogicalScalarTrue(cell) ? " true" : " false");
         } else {
-            out << hvClassName(hvGetClassID(cell));
+            out << (hvGetClassID(cell) == hvClassID::Int32 ? " int32:"
+                    : hvIsDouble(cell)                     ? " "
+                                                           : " ?")
+                << hvGetScalar(cell);
         }
     }
-    return out.str();
+    return out.str().substr(1);
 }
 
-hvArray* int32Cell(std::int32_t value) {
-    const std::size_t dims[] = {1, 1};
-    hvArray* cell = hvCreateNumericArray(2, dims, hvClassID::Int32);
-    *static_cast<std::int32_t*>(hvGetData(cell)) = value;
-    return cell;
-}
-
-/// A cell row built from makers of its cells.
-hvUniqueArray rowFrom(const std::vector<std::function<hvArray*()>>& cells) {
+/// A cell row of texts, doubles, int32 and logical scalars, and cells made beforehand (a null
+/// one leaves the cell empty).
+using Cell = std::variant<const char*, double, std::int32_t, bool, hvArray*>;
+hvUniqueArray rowFrom(const std::vector<Cell>& cells) {
     hvUniqueArray row(hvCreateCellMatrix(1, cells.size()));
     for (std::size_t i = 0; i < cells.size(); ++i) {
-        hvSetCell(row.get(), i, cells[i]());
+        hvSetCell(row.get(), i,
+                  std::visit(
+                      [](auto value) -> hvArray* {
+                          using T = decltype(value);
+                          if constexpr (std::is_same_v<T, const char*>) {
+                              return hvCreateString(value);
+                          } else if constexpr (std::is_same_v<T, double>) {
+                              return hvCreateDoubleScalar(value);
+                          } else if constexpr (std::is_same_v<T, std::int32_t>) {
+                              const std::size_t dims[] = {1, 1};
+                              hvArray* cell = hvCreateNumericArray(2, dims, hvClassID::Int32);
+                              *static_cast<std::int32_t*>(hvGetData(cell)) = value;
+                              return cell;
+                          } else if constexpr (std::is_same_v<T, bool>) {
+                              return hvCreateLogicalScalar(value);
+                          } else {
+                              return value;
+                          }
+                      },
+                      cells[i]));
     }
     return row;
 }
@@ -117,11 +129,7 @@ TEST_F(RawRows, ZeroDetailedFiguresKeepTheRecordThePointHas) {
 
 TEST_F(RawRows, UnknownVersionsOlderFormsAndMalformedRows) {
     // A version this build does not know keeps the start values and reads only the figures.
-    std::vector<std::function<hvArray*()>> cells = {[] { return hvCreateString("2"); }};
-    for (int i = 1; i <= 8; ++i) {
-        cells.push_back([i] { return hvCreateDoubleScalar(i); });
-    }
-    const hvUniqueArray unknown = rowFrom(cells);
+    const hvUniqueArray unknown = rowFrom({"2", 1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0});
     EXPECT_EQ(describe(PTOrviaDataPoint(unknown.get())),
               "0 #0 'EvalPrms' #0 end 0 0 detailed 1 2 3 4 5 basic 6 7 8");
     EXPECT_EQ(describe(PTKestruneDataPoint(unknown.get())),
@@ -131,17 +139,8 @@ TEST_F(RawRows, UnknownVersionsOlderFormsAndMalformedRows) {
     EXPECT_EQ(tableSizes()[PT_TABLE_PHASE], 0u);  // no name was read
 
     // The older form starts at the point type; a row that ends early reads zeros.
-    const hvUniqueArray older = rowFrom({
-        [] { return int32Cell(1); },
-        [] { return hvCreateString("old phase"); },
-        [] { return hvCreateString("old grouping"); },
-        [] { return hvCreateString("m"); },
-        [] { return hvCreateString("t"); },
-        [] { return hvCreateString("type"); },
-        [] { return hvCreateLogicalScalar(true); },
-        [] { return hvCreateDoubleScalar(12.5); },
-        [] { return hvCreateDoubleScalar(2.5); },
-    });
+    const hvUniqueArray older =
+        rowFrom({1, "old phase", "old grouping", "m", "t", "type", true, 12.5, 2.5});
     EXPECT_EQ(describe(PTKestruneDataPoint(older.get())),
               "1 'old phase' 'old grouping' 'm' 't' 'type' start 12.5 2.5 detailed 0 0 0 0 0 "
               "basic 0 0 0");
@@ -149,7 +148,7 @@ TEST_F(RawRows, UnknownVersionsOlderFormsAndMalformedRows) {
     // Rows that are empty, no cell, only a version or null read as zero, false or empty.
     const hvUniqueArray empty(hvCreateCellMatrix(1, 0));
     const hvUniqueArray notACell(hvCreateDoubleScalar(7));
-    const hvUniqueArray versionOnly = rowFrom({[] { return hvCreateString("1"); }});
+    const hvUniqueArray versionOnly = rowFrom({"1"});
     for (const hvArray* row :
          {empty.get(), notACell.get(), versionOnly.get(), static_cast<hvArray*>(nullptr)}) {
         EXPECT_EQ(describe(PTOrviaDataPoint(row)), "0 '' '' '' end 0 0 no detailed basic 0 0 0");
@@ -163,20 +162,10 @@ TEST_F(RawRows, UnknownVersionsOlderFormsAndMalformedRows) {
     // the flag, text and a matrix for the clocks, an empty cell in between. A one-character
     // text is a scalar, its character's code; a matrix is none; a negative sum of detailed
     // figures is no record.
-    const hvUniqueArray odd = rowFrom({
-        [] { return hvCreateString("1"); },
-        [] { return hvCreateDoubleScalar(2); },
-        [] { return hvCreateDoubleScalar(3); },
-        [] { return static_cast<hvArray*>(nullptr); },
-        [] { return hvCreateString("stats"); },
-        [] {
-            const std::size_t dims[] = {1, 2};
-            return hvCreateLogicalArray(2, dims);
-        },
-        [] { return hvCreateString("7"); },
-        [] { return hvCreateDoubleMatrix(2, 2); },
-        [] { return hvCreateDoubleScalar(-1); },
-    });
+    const std::size_t pair[] = {1, 2};
+    const hvUniqueArray odd =
+        rowFrom({"1", 2.0, 3.0, static_cast<hvArray*>(nullptr), "stats",
+                 hvCreateLogicalArray(2, pair), "7", hvCreateDoubleMatrix(2, 2), -1.0});
     EXPECT_EQ(describe(PTOrviaDataPoint(odd.get())),
               "0 '' '' 'stats' end 55 0 no detailed basic 0 0 0");
 }
@@ -185,12 +174,10 @@ TEST_F(RawRows, IntegerCellsOfEveryWidthGiveThePointType) {
     // The first 32 bits of the data, whatever the element width (the host is little-endian).
     const auto pointType = [](hvClassID cls, std::size_t count, std::uint64_t value,
                               std::size_t bytes) {
-        const hvUniqueArray row = rowFrom({[=] {
-            const std::size_t dims[] = {1, count};
-            hvArray* cell = hvCreateNumericArray(2, dims, cls);
-            std::memcpy(hvGetData(cell), &value, bytes);
-            return cell;
-        }});
+        const std::size_t dims[] = {1, count};
+        hvArray* cell = hvCreateNumericArray(2, dims, cls);
+        std::memcpy(hvGetData(cell), &value, bytes);
+        const hvUniqueArray row = rowFrom({cell});
         return PTOrviaDataPoint(row.get())._pointType;
     };
     for (hvClassID cls :

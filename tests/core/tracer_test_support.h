@@ -37,14 +37,17 @@ protected:
         }
         return sizes;
     }
-    /// Phase names of the store, in order.
-    static std::vector<std::string> phases() {
-        std::vector<std::string> names;
+    /// The phases of the store in order, each with + for a start or - for an end.
+    static std::string flow() {
+        std::string text;
         for (const auto& point : raw()) {
-            names.push_back(ptGetPhaseStr(point->_phaseID));
+            text += (text.empty() ? "" : " ") + ptGetPhaseStr(point->_phaseID) +
+                    (point->_isPhaseStart ? "+" : "-");
         }
-        return names;
+        return text;
     }
+    /// The points of the store, described without their clocks.
+    static std::vector<std::string> store();
     /// The raw point at index as its own class.
     template <typename Point>
     static const Point& pointAt(std::size_t index) {
@@ -54,7 +57,7 @@ protected:
 
 /// A point in one line: its type, the names of its ids ('name', or #id where the table has
 /// none), start or end, the clocks and the memory figures.
-inline std::string describe(const PTOrviaDataPoint& point) {
+inline std::string describe(const PTOrviaDataPoint& point, bool clocks = true) {
     std::ostringstream out;
     out << std::setprecision(17) << point._pointType;
     const auto name = [&out](std::uint32_t kind, std::int32_t id) {
@@ -75,8 +78,10 @@ inline std::string describe(const PTOrviaDataPoint& point) {
         name(PT_TABLE_CHART, chart->_chartID);
     }
     name(PT_TABLE_STATISTICS_TYPE, point._statisticsTypeID);
-    out << (point._isPhaseStart ? " start" : " end") << (point._isGenerated ? " generated " : " ")
-        << point._wcTime << " " << point._cpuTime;
+    out << (point._isPhaseStart ? " start" : " end") << (point._isGenerated ? " generated" : "");
+    if (clocks) {
+        out << " " << point._wcTime << " " << point._cpuTime;
+    }
     if (const auto& mem = point._detailedMem) {
         out << " detailed " << mem->freeMem << " " << mem->resMem << " " << mem->commitMem << " "
             << mem->dllsMem << " " << mem->nonprocessMem;
@@ -90,4 +95,12 @@ inline std::string describe(const PTOrviaDataPoint& point) {
         out << " no basic";
     }
     return out.str();
+}
+
+inline std::vector<std::string> TracerTest::store() {
+    std::vector<std::string> points;
+    for (const auto& point : raw()) {
+        points.push_back(describe(*point, false));
+    }
+    return points;
 }

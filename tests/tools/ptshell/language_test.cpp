@@ -72,59 +72,34 @@ TEST(Language, EvaluationAndDisplay) {
     const Outcome r =
         run("t = 'it''s', e = '', d = 3.14159265, big = 123456.7, b = true, i = int8(-200)\n"
             "u = uint64(7), l = logical([1 0]), r = 1:0, s = struct('n', int32(5))\n"
-            "x = 2 * (3 + 4) / 7 - -1;\n"
-            "print(x), print(x == 3), print(1 ~= 1), print(~0), print(2 >= 3)\n"
-            "v = [1, 2 3 -4 5 - 1];\n"
-            "print(count(v)), print(v(4)), print(size(v))\n"
-            "s = ['ab', 'c'; 'def'];\n"
-            "print(s), print(typeof(s)), print(s(2, 3))\n"
-            "c = {1, 'two', {3}};\n"
-            "print(c{2}), print(c{3}{1}), print(typeof(c(2))), print(isempty({}))\n"
-            "p = struct('a', struct('b', 'deep'));\n"
-            "print(p.a.b), print(typeof(p))\n"
-            "total = 0;\n"
-            "for i = 1:4\n"
-            "  total = total + i;\n"
-            "end\n"
-            "print(total)\n"
+            "x = 2 * (3 + 4) / 7 - -1; print(x), print(x == 3), print(1 ~= 1)\n"
+            "print(~0), print(2 >= 3)\n"
+            "v = [1, 2 3 -4 5 - 1]; print(count(v)), print(v(4)), print(size(v))\n"
+            "s = ['ab', 'c'; 'def']; print(s), print(typeof(s)), print(s(2, 3))\n"
+            "c = {1, 'two', {3}}; print(c{2}), print(c{3}{1}), print(typeof(c(2)))\n"
+            "print(isempty({}))\n"
+            "p = struct('a', struct('b', 'deep')); print(p.a.b), print(typeof(p))\n"
+            "total = 0;\nfor i = 1:4\n  total = total + i;\nend\nprint(total)\n"
             "for k = {'x', 'y'}, print(k{1}), end\n"
             "print(double('A')), print(char([72 105])), print(uint8(300)), print(int32(2.5))\n"
-            "print(2.5), print(true), print(int16(-3)), print([1 2; 3 4]), print({'a'})\n");
-    EXPECT_EQ(r.err, "");
-    EXPECT_EQ(r.out,
-              "t = 'it''s'\ne = ''\nd = 3.1416\nbig = 1.2346e+05\nb = true\ni = int8 -128\n"
-              "u = uint64 7\nl = 1x2 logical\n    true  false\nr = 1x0 double\n"
-              "s = 1x1 struct\n    n: int32 5\n"
-              "3\n1\n0\n1\n0\n"
-              "5\n-4\n1  5\n"
-              "abc\ndef\nchar\nf\n"
-              "two\n3\ncell\n1\n"
-              "deep\nstruct\n"
-              "10\n"
-              "x\ny\n"
-              "65\nHi\n255\n3\n"
-              "2.5\n1\n-3\n1  2\n3  4\n1x1 cell\n    {1} = 'a'\n");
-}
-
-TEST(Language, ErrorsAreCaughtWithTheirIdentifiers) {
-    const Outcome r =
-        run("try\n"
-            "  undefined_thing\n"
-            "catch err\n"
-            "  print(err.id), print(err.message)\n"
-            "end\n"
+            "print(2.5), print(true), print(int16(-3)), print([1 2; 3 4]), print({'a'})\n"
+            "try\n  undefined_thing\ncatch err\n  print(err.id), print(err.message)\nend\n"
             "try, x = {1}; x{3}, catch e, print(e.id), end\n"
             "try, print(1, 2), catch e, print(e.id), end\n"
             "try, Nope.Class.method(1), catch e, print(e.id), end\n"
             "try, 'a' + {1}, catch e, print(e.message), end\n");
     EXPECT_EQ(r.err, "");
     EXPECT_EQ(r.out,
+              "t = 'it''s'\ne = ''\nd = 3.1416\nbig = 1.2346e+05\nb = true\ni = int8 -128\n"
+              "u = uint64 7\nl = 1x2 logical\n    true  false\nr = 1x0 double\n"
+              "s = 1x1 struct\n    n: int32 5\n3\n1\n0\n1\n0\n5\n-4\n1  5\nabc\ndef\nchar\nf\n"
+              "two\n3\ncell\n1\ndeep\nstruct\n10\nx\ny\n65\nHi\n255\n3\n"
+              "2.5\n1\n-3\n1  2\n3  4\n1x1 cell\n    {1} = 'a'\n"
               "ptshell:UndefinedIdentifier\n'undefined_thing' is neither a variable nor a "
-              "function.\n"
-              "ptshell:IndexOutOfRange\nptshell:ArgumentCount\n"
-              "vos:UndefinedFunction\n"
-              "An operand must be a real scalar.\n");
+              "function.\nptshell:IndexOutOfRange\nptshell:ArgumentCount\n"
+              "vos:UndefinedFunction\nAn operand must be a real scalar.\n");
 
+    // An uncaught error ends the run.
     const Outcome uncaught = run("print('before')\nprint(1, 2)\nprint('after')");
     EXPECT_EQ(uncaught.out, "before\n");
     EXPECT_EQ(uncaught.err, "Error in print: Takes 1 arguments, but 2 were given.\n");
