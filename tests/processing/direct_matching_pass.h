@@ -148,23 +148,16 @@ private:
 
     void first(const PointPtr& cur) {
         if (cur->_isPhaseStart) {
-            _levels.push_back(0);
-            ++out._levelCount;
-            ++_levels[static_cast<std::size_t>(_depth)];
-            auto row = boost::make_shared<PTDiagnosticInfo>(cur, _rowCounter++, _depth++);
-            _stack.push_front(cur);
-            row->_point->HTMLPhaseNumString = numbers() ? number() : std::string();
-            map[cur.get()] = row;
+            start(cur);
             out._baseWC = cur->_wcTime;
             out._baseCPU = cur->_cpuTime;
-            _lastWasStart = true;
-        } else {
-            auto row = boost::make_shared<PTDiagnosticInfo>(cur, _rowCounter, _depth++);
-            row->_point->errorRow = true;
-            out._hasError = true;
-            map[cur.get()] = row;
-            _lastWasStart = false;
+            return;
         }
+        auto row = boost::make_shared<PTDiagnosticInfo>(cur, _rowCounter, _depth++);
+        row->_point->errorRow = true;
+        out._hasError = true;
+        map[cur.get()] = row;
+        _lastWasStart = false;
     }
 
     void start(const PointPtr& cur) {

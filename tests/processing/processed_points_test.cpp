@@ -8,6 +8,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <tuple>
+
 #include "random_log.h"
 
 namespace {
@@ -29,14 +31,13 @@ TEST_F(ProcessedPoints, RowsTakeTheClassThatThePointTypeNames) {
     const PTDiagnosticInfo info(chart, 7, 3);
     const auto* row = dynamic_cast<const PTYlvaneProcessedDataPoint*>(info._point.get());
     ASSERT_NE(row, nullptr);
-    EXPECT_EQ(row->_pointType, 2);
-    EXPECT_EQ(row->HTMLRowNumber, 7);
-    EXPECT_EQ(row->stackDepth, 3);
-    EXPECT_TRUE(row->gapRow);
-    EXPECT_EQ(row->_basicMem->procMemUsage, 2.0);
-    EXPECT_EQ(row->_basicMem->procMemUsageDelta, 0.0);
+    // Times come with the end point.
+    EXPECT_EQ(std::make_tuple(row->_pointType, row->HTMLRowNumber, row->stackDepth, row->gapRow,
+                              row->wcStartTime),
+              std::make_tuple(2, 7, 3, true, 0.0));
+    EXPECT_EQ(std::make_pair(row->_basicMem->procMemUsage, row->_basicMem->procMemUsageDelta),
+              std::make_pair(2.0, 0.0));
     EXPECT_EQ(ptGetMachineStr(row->machineID()), "machine");
-    EXPECT_EQ(row->wcStartTime, 0.0);  // times come with the end point
 
     // A type that names no class, or a class narrower than its type, gives what it can.
     const auto odd = makePoint(0, "G", "p", true, 1.0);
@@ -45,8 +46,8 @@ TEST_F(ProcessedPoints, RowsTakeTheClassThatThePointTypeNames) {
     odd->_pointType = 2;
     odd->_detailedMem.reset();
     const PTDiagnosticInfo narrow(odd, 1, 0);
-    EXPECT_EQ(narrow._point->modelID(), -1);
-    EXPECT_EQ(narrow._point->chartID(), -1);
+    EXPECT_EQ(std::make_pair(narrow._point->modelID(), narrow._point->chartID()),
+              std::make_pair(-1, -1));
     ASSERT_TRUE(narrow._point->_detailedMem);
     EXPECT_EQ(narrow._point->_detailedMem->freeMem, 0.0);
 }
@@ -64,26 +65,23 @@ TEST_F(ProcessedPoints, SamePhaseKeysAndIds) {
     otherTarget._targetID = static_cast<std::int32_t>(ptNameID(PT_TABLE_TARGET, "other"));
     EXPECT_FALSE(model.isSamePhase(otherTarget));
 
-    EXPECT_EQ(host.alignmentKey(), "phaseG");
-    EXPECT_EQ(model.alignmentKey(), "phaseGmodeltarget");
-    EXPECT_EQ(chart.alignmentKey(), "phaseGmodeltargetmachinechart");
+    EXPECT_EQ(host.alignmentKey() + " " + model.alignmentKey() + " " + chart.alignmentKey(),
+              "phaseG phaseGmodeltarget phaseGmodeltargetmachinechart");
     const PTOrviaProcessedDataPoint custom(
         *makePoint(0, "G", "\\root\\tool/ks_customization/f", true, 0));
     setPathStripRoot("/root");
     EXPECT_EQ(custom.alignmentKey(), "tool/fG");
 
-    std::int32_t phase = 0, modelID = 0, chartID = 0;
-    host.nameIDs(phase, modelID, chartID);
-    EXPECT_EQ(phase, host._phaseID);
-    EXPECT_EQ(modelID, -1);
-    EXPECT_EQ(chartID, -1);
-    model.nameIDs(phase, modelID, chartID);
-    EXPECT_EQ(modelID, model._modelID);
-    EXPECT_EQ(chartID, -1);
-    chart.nameIDs(phase, modelID, chartID);
-    EXPECT_EQ(chartID, chart._chartID);
-    EXPECT_EQ(host.targetID(), -1);
-    EXPECT_EQ(chart.groupingID(), chart._groupingID);
+    const auto ids = [](const PTOrviaProcessedDataPoint& row) {
+        std::int32_t phase = 0, model = 0, chart = 0;
+        row.nameIDs(phase, model, chart);
+        return std::make_tuple(phase, model, chart, row.targetID(), row.groupingID());
+    };
+    EXPECT_EQ(ids(host), std::make_tuple(host._phaseID, -1, -1, -1, host._groupingID));
+    EXPECT_EQ(ids(model), std::make_tuple(model._phaseID, model._modelID, -1, model._targetID,
+                                          model._groupingID));
+    EXPECT_EQ(ids(chart), std::make_tuple(chart._phaseID, chart._modelID, chart._chartID,
+                                          chart._targetID, chart._groupingID));
 }
 
 TEST_F(ProcessedPoints, DetailRowsNameWhatTheyHave) {
