@@ -28,7 +28,7 @@ async function toggle(page, ...rows) {
 }
 const textsOf = (page, ...ids) => Promise.all(ids.map((id) => page.textContent(id)));
 
-test('folded calls, expanding and collapsing', async () => {
+test('folded calls, expanding and collapsing; filters that open the tree to their matches; links in and out', async () => {
   await withReport('call_tree_time.html', async (page) => {
     await showTab(page, 'Call Tree');
     // The roots and their direct children; ten calls of "step" are one row.
@@ -56,13 +56,10 @@ test('folded calls, expanding and collapsing', async () => {
     const before = await shownRows(page);
     await toggle(page, 'init_self');
     assert.deepEqual(await shownRows(page), before);
-  }, tall);
-});
 
-test('filters open the tree to their matches and tick them; links in and out', async () => {
-  await withReport('call_tree_time.html', async (page) => {
     // The Aggregate tab's link lands on the tree filtered to that phase: a phase deep down keeps
     // its root, and the whole subtree of each root opens, its calls ticked.
+    await showTab(page, 'Aggregate');
     await follow(page, '#aggregateSummaryTable a:text-is("needle")', 'callTreeSummary');
     assert.equal(await page.inputValue('#CT_phasename'), 'needle');
     assert.deepEqual(await names(page),
@@ -125,13 +122,10 @@ test('the memory metrics show their figures per folded row', async () => {
       assert.equal(await page.$$eval('#callTreeSummaryTableLastHeaderRow th', (cells) => cells.length),
                    columns.length + 2, metric);
       // The loop row: the usage is the largest of its ten calls.
-      const at = (await names(page)).indexOf('step');
-      const [shown, largest] = await page.evaluate(([position, cell]) => {
-        const ids = nodeArray[CTDataView.Index[position]].IDs;
-        const field = cell === 'ct_usageTD' ? 'Usage' : 'Committed';
-        return [document.getElementById(cell + (position + 1)).textContent,
-                createScientificNotation(Math.max(...ids.map((id) => procData[id][field])))];
-      }, [at, columns[columns.length === 4 ? 1 : 0]]);
+      const [shown, largest] = await page.evaluate(([position, cell, field]) => [
+        document.getElementById(cell + (position + 1)).textContent, createScientificNotation(
+          Math.max(...nodeArray[CTDataView.Index[position]].IDs.map((id) => procData[id][field])))],
+      [(await names(page)).indexOf('step'), ...(metric === 'basicmemory' ? ['ct_usageTD', 'Usage'] : ['ct_comTD', 'Committed'])]);
       assert.equal(shown, largest, metric);
       await page.check('#AllCTChecked');
       assert.notEqual(await page.textContent('#' + total), '0.00', metric);

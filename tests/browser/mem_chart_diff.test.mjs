@@ -30,10 +30,10 @@ const shownOutlines = (page) => page.$$eval('div[id^="outlineDiv"]', (divs) =>
   divs.filter((d) => d.style.display === 'block').map((d) => d.id).sort());
 const outlines = (...columns) => columns.flatMap((c) => [`outlineDiv${c}a`, `outlineDiv${c}b`]);
 
-/// Clicks the smaller (left) or larger (right) arrow of a band.
-async function arrow(page, band, larger) {
+/// Clicks the smaller (left) or larger (right) arrow of a band, times times.
+async function arrow(page, band, larger, times = 1) {
   const box = await page.locator(`#upDownArrows${band}CanvasDiffDiv`).boundingBox();
-  await page.mouse.click(box.x + (larger ? 28 : 11), box.y + 9);
+  for (let i = 0; i < times; i++) await page.mouse.click(box.x + (larger ? 28 : 11), box.y + 9);
 }
 
 test('graphs in the category colours, shaded where a side lacks the phase, deviations about the midline', async () => {
@@ -131,16 +131,13 @@ test('popups: both sides with their deviations, NA for a missing side, kept acro
     assert.ok(await zIndex('#popupDiv99') > await zIndex('#popupDiv100'));
 
     // A ribbon opens none.
-    await arrow(page, 'DataSet2', false);
-    await arrow(page, 'DataSet2', false);
+    await arrow(page, 'DataSet2', false, 2);
     await click(page, 'dataSet2', both);
-    assert.equal((await openPopups(page)).length, 2);
-    assert.equal(await page.isVisible(`#outlineDiv${both}c`), false);
+    assert.deepEqual([(await openPopups(page)).length, await page.isVisible(`#outlineDiv${both}c`)], [2, false]);
 
     // Away and back: popups and outlines return.
     await showTab(page, 'Details');
-    assert.equal(await page.isVisible('#popupDiv100 table'), false);
-    assert.deepEqual(await shownOutlines(page), []);
+    assert.deepEqual([await page.isVisible('#popupDiv100 table'), await shownOutlines(page)], [false, []]);
     await showTab(page, 'MemChart');
     assert.ok(await page.isVisible('#popupDiv100 table') && await page.isVisible('#popupDiv99 table'));
     assert.deepEqual(await shownOutlines(page), outlines(both, leftOnly));
@@ -179,8 +176,8 @@ test('bands: the names band expanded once, graphs collapsed to ribbons and back'
     await arrow(page, 'PhaseNames', true);
     const expanded = await layout();
     const grow = expanded[0].height - 40;
-    assert.ok(expanded[0].state === 'expanded' && grow > 0);
-    assert.deepEqual(expanded.slice(1).map((b) => b.top), [133 + grow, 553 + grow, 773 + grow]);
+    assert.deepEqual([expanded[0].state, grow > 0, ...expanded.slice(1).map((b) => b.top)],
+                     ['expanded', true, 133 + grow, 553 + grow, 773 + grow]);
     const names = await printedOn(page, 'phaseNamesCanvasDiff');
     assert.ok(names.includes('scripts/setup_plant.m') && names.includes('link model'), names.join('|'));
     await arrow(page, 'PhaseNames', true);
@@ -193,12 +190,11 @@ test('bands: the names band expanded once, graphs collapsed to ribbons and back'
     await arrow(page, 'AbsDev', false);
     const ribbons = await layout();
     assert.deepEqual([ribbons[1].state, ribbons[1].height, ribbons[2].top], ['ribbon', 40, 133 + grow + 40 + 20]);
-    assert.equal(await page.isVisible('#topTicksCanvasDiffDiv'), false);
-    assert.equal(await pixel(page, 'absDevCanvasDiff', 5, 5), '#E7EBF5');
+    assert.deepEqual([await page.isVisible('#topTicksCanvasDiffDiv'), await pixel(page, 'absDevCanvasDiff', 5, 5)],
+                     [false, '#E7EBF5']);
 
     // All three ribbons: no title and no ticks.
-    await arrow(page, 'DataSet1', false);
-    await arrow(page, 'DataSet1', false);
+    await arrow(page, 'DataSet1', false, 2);
     await forget();
     await arrow(page, 'DataSet2', false);
     assert.deepEqual(await printedOn(page, 'graphLabelCanvasDiff'), []);
@@ -244,9 +240,9 @@ test('all-zero figures', async () => {
 
 test('two equal runs of 50,000 rows: no deviation, a window of columns, the end of the scroll', async () => {
   await withChart('large_difference_detailedmemory.html', async (page) => {
-    assert.equal(await evaluate(page, () => differenceRange), 0);
-    assert.deepEqual(await printedOn(page, 'absDevLabelCanvasDiff'), ['', '', '', '', '', '0', '', '', '', '', '']);
-    assert.equal(await pixel(page, 'absDevCanvasDiff', await columnCentre(page, 3), 100), 'none');
+    assert.deepEqual([await evaluate(page, () => differenceRange), await printedOn(page, 'absDevLabelCanvasDiff'),
+                      await pixel(page, 'absDevCanvasDiff', await columnCentre(page, 3), 100)],
+                     [0, ['', '', '', '', '', '0', '', '', '', '', ''], 'none']);
     assert.ok(await evaluate(page, () => phasesToRender < 200));
     // At the end the last row is in view and the bands end at its column.
     await scrollDiv(page, 'fakeCanvasDiffDiv', 1);

@@ -1,13 +1,8 @@
-// Writes the value files that the browser tests read, as a platform that measures memory would
-// write them: every point carries basic and detailed memory figures (on Linux the tracer samples
-// none, so live data cannot show the memory pages). What each file holds is told at its run.
-//
-//     pt_write_report_runs FOLDER
-//     pt_write_report_runs --scale PARENTS FOLDER
-//
-// The second form writes only scale_base.hvf and scale_new.hvf, two runs of the shape of
-// large.hvf with PARENTS parents of nine children each (ten rows and twenty points a parent),
-// which differ in their times and memory, for the page benchmark.
+// pt_write_report_runs [--scale PARENTS] FOLDER: writes the value files that the browser tests
+// read, with basic and detailed memory figures in every point as a platform that measures memory
+// writes them (on Linux the tracer samples none). With --scale, only scale_base.hvf and
+// scale_new.hvf for the page benchmark: runs of the shape of large.hvf with PARENTS parents of
+// nine children each (ten rows and twenty points a parent), differing in times and memory.
 
 #include <performance_tracer/groupings.h>
 #include <performance_tracer/logging.h>
@@ -134,7 +129,7 @@ Body memorySession(int variant) {
     };
 }
 
-/// Ten phases a parent: parents of nine children each, under a few hundred names.
+/// Parents of nine children each, under a few hundred names.
 void writeLargeRun(const std::filesystem::path& file, int parents, double scale) {
     const auto log = [parents] {
         for (int parent = 0; parent < parents; ++parent) {
@@ -243,10 +238,9 @@ int main(int argc, char** argv) {
                                      return "<i>" + field + "</i> & \"more\"";
                                  }).get());
 
-    // Folding and filtering material for the call tree: "step" (with "solve" inside) ten times
-    // in a row, two "worker" calls whose children differ, a wait of a second before "deep1",
-    // which holds "needle" three levels down, and a second root with a shorter loop and a
-    // "needle".
+    // For the call tree: "step" (with "solve" inside) ten times in a row, two "worker" calls whose
+    // children differ, a wait of a second before "deep1", which holds "needle" three levels down,
+    // and a second root with a shorter loop and a "needle".
     std::size_t waitBefore = 0;
     const auto loop = [](int times) {
         for (int i = 0; i < times; ++i) {
