@@ -44,10 +44,10 @@ TEST_F(Logging, GlobalLoggingRecordsAnyGrouping) {
     ptEnableGlobalLogging(true);
     const std::size_t groupings = tableSize(PT_TABLE_GROUPING);
     EXPECT_TRUE(ptLogOrviaData("Never added", "p", true));
-    EXPECT_TRUE(ptLogOrviaData(99, "p", true));
+    EXPECT_TRUE(ptLogOrviaData(1 << 30, "p", true));
     EXPECT_TRUE(ptLogKsStartupData("boot", false));
     EXPECT_EQ(store(), (Lines{"0 'p' #-1 #-1 start detailed 0 0 0 0 0 basic 0 0 0",
-                              "0 'p' #99 #-1 start detailed 0 0 0 0 0 basic 0 0 0",
+                              "0 'p' #1073741824 #-1 start detailed 0 0 0 0 0 basic 0 0 0",
                               "0 'boot' #-1 #-1 end detailed 0 0 0 0 0 basic 0 0 0"}));
     EXPECT_EQ(tableSize(PT_TABLE_GROUPING), groupings);
 }

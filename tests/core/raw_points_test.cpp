@@ -13,7 +13,7 @@ TEST_F(RawPoints, DefaultsAndCopiesThatOwnTheirMemoryRecords) {
     EXPECT_EQ(PTKestruneDataPoint()._pointType, 1);
 
     PTKestruneDataPoint original;
-    original._groupingID = 3, original._phaseID = 4, original._statisticsTypeID = 5;
+    original._groupingID = -2, original._phaseID = 4, original._statisticsTypeID = 5;
     original._modelID = 6, original._targetID = 7;
     original._isPhaseStart = original._isGenerated = true;
     original._wcTime = 1.5, original._cpuTime = 0.5;
@@ -22,7 +22,7 @@ TEST_F(RawPoints, DefaultsAndCopiesThatOwnTheirMemoryRecords) {
     const PTKestruneDataPoint copy(original);
     // A missing record becomes a zero record.
     EXPECT_EQ(describe(copy),
-              "1 #4 #3 #6 #7 #5 start generated 1.5 0.5 detailed 0 0 0 0 0 basic 1 2 3");
+              "1 #4 #-2 #6 #7 #5 start generated 1.5 0.5 detailed 0 0 0 0 0 basic 1 2 3");
     EXPECT_NE(copy._basicMem, original._basicMem);
     const auto cloned = copy.clone();
     ASSERT_NE(dynamic_cast<const PTKestruneDataPoint*>(cloned.get()), nullptr);

@@ -116,10 +116,11 @@ TEST_F(RawStore, SnapshotIsADeepCopyAndTheSelectionSharesPoints) {
     ASSERT_EQ(snapshot->size(), raw().size());
     for (std::size_t i = 0; i < raw().size(); ++i) {
         const PTOrviaDataPoint& copy = *(*snapshot)[i];
-        EXPECT_EQ(typeid(copy), typeid(*raw()[i]));
-        EXPECT_EQ(describe(copy), describe(*raw()[i]));
-        EXPECT_NE(&copy, raw()[i].get());
-        EXPECT_NE(copy._basicMem, raw()[i]->_basicMem);
+        const PTOrviaDataPoint& original = *raw()[i];
+        EXPECT_EQ(typeid(copy), typeid(original));
+        EXPECT_EQ(describe(copy), describe(original));
+        EXPECT_NE(&copy, &original);
+        EXPECT_NE(copy._basicMem, original._basicMem);
     }
     (*snapshot)[1]->_basicMem->procMemUsage = 99;
     EXPECT_EQ(raw()[1]->_basicMem->procMemUsage, 1);
