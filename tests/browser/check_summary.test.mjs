@@ -1,5 +1,4 @@
-// The summary page of `ptreport check`: the verdicts worst first, and the runs of both sides
-// drawn per phase, from runs with known truth (make_check_summary.sh).
+// The summary page of `ptreport check`, from runs with known truth (make_check_summary.sh).
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';

@@ -55,9 +55,8 @@ test('Refresh, filters, sorting and the check boxes with their totals', async ()
     const expected = await page.evaluate(() =>
       createScientificNotation(procData[dataView.Index[0]].WCSelf + procData[dataView.Index[2]].WCSelf));
     assert.deepEqual([await text(page, 'totalChecked'), await text(page, 'totalSelfTime')], ['2', expected]);
-    // The header's box ticks every row; unticking one clears it again.
     await page.check('#AllChecked');
-    assert.equal(await text(page, 'totalChecked'), String(total));
+    assert.equal(await text(page, 'totalChecked'), String(total));  // the header's box ticks all
     await page.uncheck('#checkBox1');
     assert.deepEqual([await text(page, 'totalChecked'), await page.isChecked('#AllChecked')], [String(total - 1), false]);
   }, tall);

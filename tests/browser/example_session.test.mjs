@@ -1,9 +1,6 @@
-// The example session's pages, as a new user first sees them: real figures in every row, and a
-// comparison that shows the changed version's gains and losses; and its Trace Event export,
-// opened in a real trace viewer: speedscope (pinned in package.json), given the export through
-// its file input as a user drops a file on it. Its Sandwich view lists every frame as text with
-// its total time, which must be the duration of the phase it stands for. The screenshots are
-// the README's.
+// The example session's pages as a new user first sees them (their screenshots are the
+// README's), and its Trace Event export in a real trace viewer, speedscope (pinned in
+// package.json), whose Sandwich view lists every frame with its total time.
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
@@ -12,7 +9,6 @@ import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 import { aggregateRow, reports, screenshot, showTab, withReport } from './report_browser.mjs';
 
-// The pages exist where the build has the example session.
 const skip = !existsSync(join(reports ?? '', 'example', 'detail.html')) && 'the example is not built';
 
 test('example session: every phase of the Detail page has real figures', { skip }, async () => {

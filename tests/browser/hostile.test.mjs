@@ -1,7 +1,5 @@
-// Names, labels, titles and system information with quotes, angle brackets, ampersands,
-// backslashes and line breaks show as text: they neither break a page's scripts nor run as
-// markup. Names that are patterns are matched as text, and a filter that is no pattern
-// matches nothing.
+// Names, labels, titles and system information full of quotes, markup, backslashes and line
+// breaks show as text and never run; names that are patterns match as text.
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
@@ -36,7 +34,6 @@ test('a Detail page of hostile names, and a Difference page with hostile labels'
     assert.equal(await page.$('#aggregateSummaryTable b, #callTreeSummaryTable b, #systemInfoTableDiv i'), null);
     assert.equal(await page.evaluate(() => window.pwned), undefined);
   }, big);
-
   await withReport('hostile_difference.html', async (page) => {
     const header = await page.textContent('#aggregateSummaryTableLastHeaderRow');
     assert.ok(header.includes('<b>"Left"</b> \\') && header.includes("it's & <i>right</i>"), header);

@@ -106,10 +106,9 @@ function linesRun(source, ranges, blocks) {
 let browser;
 after(async () => { if (browser) await (await browser).close(); });
 
-/// Opens a report of the reports folder (or a page at an absolute path) with canvases that
-/// record every text they print in window.printed, runs body on it and checks that the page
-/// met no script error (nor a console message matching alsoErrors). prepare runs in the page
-/// once its scripts are parsed, before anything is drawn.
+/// Opens a report (or a page at an absolute path) whose canvases record their texts in
+/// window.printed, runs body on it and checks that the page met no script error (nor a console
+/// message matching alsoErrors). prepare runs once the page's scripts are parsed.
 export async function withReport(name, body, { viewport = { width: 1280, height: 1000 },
                                                prepare = null, alsoErrors = null } = {}) {
   browser ??= launch();
@@ -159,8 +158,7 @@ export const withChart = (name, body, options) =>
 export const openPopups = (page) => page.$$eval('div[id^="popupDiv"]', (divs) =>
   divs.filter((d) => d.style.zIndex >= 1000).map((d) => d.id).sort());
 
-/// Clicks what selector names and waits for the tab it opens (its script argument).
-export async function follow(page, selector, tab) {
+export async function follow(page, selector, tab) {  // tab: the script argument of the tab opened
   await page.click(selector);
   await page.waitForFunction((argument) => activeTab === argument, tab);
 }
