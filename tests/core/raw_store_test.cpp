@@ -157,20 +157,19 @@ TEST_F(RawStore, SnapshotCopiesByPointType) {
     raw().push_back(boost::make_shared<PTOrviaDataPoint>());
     raw()[3]->_pointType = 7;
 
-    const struct {
-        const std::type_info& type;
-        std::size_t rowCells;
-    } expected[] = {{typeid(PTOrviaDataPoint), 16},
-                    {typeid(PTKestruneDataPoint), 18},
-                    {typeid(PTKestruneDataPoint), 18},
-                    {typeid(PTOrviaDataPoint), 16}};
+    // The class of each copy, and the cells of its row.
+    const std::pair<const std::type_info&, std::size_t> expected[] = {
+        {typeid(PTOrviaDataPoint), 16},
+        {typeid(PTKestruneDataPoint), 18},
+        {typeid(PTKestruneDataPoint), 18},
+        {typeid(PTOrviaDataPoint), 16}};
     const auto snapshot = tracer().snapshotRawData();
     ASSERT_EQ(snapshot->size(), std::size(expected));
     for (std::size_t i = 0; i < snapshot->size(); ++i) {
         const PTOrviaDataPoint& copy = *(*snapshot)[i];
-        EXPECT_EQ(typeid(copy), expected[i].type) << i;
+        EXPECT_EQ(typeid(copy), expected[i].first) << i;
         EXPECT_EQ(copy._pointType, raw()[i]->_pointType) << i;
-        EXPECT_EQ(hvGetNumberOfElements(hvUniqueArray(copy.toRow()).get()), expected[i].rowCells)
+        EXPECT_EQ(hvGetNumberOfElements(hvUniqueArray(copy.toRow()).get()), expected[i].second)
             << i;
     }
 }

@@ -60,24 +60,22 @@ protected:
 inline std::string describe(const PTOrviaDataPoint& point, bool clocks = true) {
     std::ostringstream out;
     out << std::setprecision(17) << point._pointType;
-    const auto name = [&out](std::uint32_t kind, std::int32_t id) {
-        if (id >= 0 && static_cast<std::size_t>(id) < ptTracer()->nameTable(kind)->size()) {
-            out << " '" << ptNameStr(kind, id) << "'";
-        } else {
-            out << " #" << id;
-        }
-    };
-    name(PT_TABLE_PHASE, point._phaseID);
-    name(PT_TABLE_GROUPING, point._groupingID);
+    std::vector<std::pair<std::uint32_t, std::int32_t>> ids = {
+        {PT_TABLE_PHASE, point._phaseID}, {PT_TABLE_GROUPING, point._groupingID}};
     if (const auto* model = dynamic_cast<const PTKestruneDataPoint*>(&point)) {
-        name(PT_TABLE_MODEL, model->_modelID);
-        name(PT_TABLE_TARGET, model->_targetID);
+        ids.insert(ids.end(),
+                   {{PT_TABLE_MODEL, model->_modelID}, {PT_TABLE_TARGET, model->_targetID}});
     }
     if (const auto* chart = dynamic_cast<const PTYlvaneDataPoint*>(&point)) {
-        name(PT_TABLE_MACHINE, chart->_machineID);
-        name(PT_TABLE_CHART, chart->_chartID);
+        ids.insert(ids.end(),
+                   {{PT_TABLE_MACHINE, chart->_machineID}, {PT_TABLE_CHART, chart->_chartID}});
     }
-    name(PT_TABLE_STATISTICS_TYPE, point._statisticsTypeID);
+    ids.emplace_back(PT_TABLE_STATISTICS_TYPE, point._statisticsTypeID);
+    for (const auto& [kind, id] : ids) {
+        const bool named =
+            id >= 0 && static_cast<std::size_t>(id) < ptTracer()->nameTable(kind)->size();
+        out << (named ? " '" + ptNameStr(kind, id) + "'" : " #" + std::to_string(id));
+    }
     out << (point._isPhaseStart ? " start" : " end") << (point._isGenerated ? " generated" : "");
     if (clocks) {
         out << " " << point._wcTime << " " << point._cpuTime;
