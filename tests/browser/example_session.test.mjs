@@ -64,7 +64,9 @@ test('example export: speedscope lists every phase with its duration', { skip },
     await screenshot(page, 'example_speedscope');
     await page.setViewportSize({ width: 1400, height: 2000 });  // room for every row of the list
     await page.keyboard.press('3');  // the Sandwich view
-    await page.getByText('Symbol Name').waitFor();
+    // The list fills after its header: wait for as many frames as phases.
+    await page.waitForFunction((n) => [...document.querySelectorAll('table tr')]
+      .filter((tr) => tr.querySelectorAll('td').length === 3).length >= n, phases.length).catch(() => {});
     const rows = await page.$$eval('table tr', (trs) => trs
       .map((tr) => [...tr.querySelectorAll('td')].map((cell) => cell.textContent))
       .filter((cells) => cells.length === 3));
