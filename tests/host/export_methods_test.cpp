@@ -1,5 +1,3 @@
-#include <boost/make_shared.hpp>
-
 #include <iterator>
 #include <sstream>
 
@@ -47,100 +45,6 @@ protected:
         return out;
     }
 };
-
-TEST_F(ExportMethods, RawRowsAndProcessedStructuresByClass) {
-    logRun();
-    const Values raw = call("PerfTools.Tracer.getRawData", {}, 1);
-    const hvArray* cells = raw.at(0).get();
-    ASSERT_TRUE(hvIsCell(cells));
-    ASSERT_EQ(hvGetN(cells), 6u);
-    EXPECT_EQ(hvGetN(hvGetCell(cells, 0)), 16u);
-    EXPECT_EQ(hvGetN(hvGetCell(cells, 2)), 18u);
-    EXPECT_EQ(hvGetN(hvGetCell(cells, 4)), 20u);
-    EXPECT_EQ(hvArrayToStdString(hvGetCell(hvGetCell(cells, 4), 7)), "c");
-
-    const Values processed = call("PerfTools.Tracer.getProcessedData", {}, 1);
-    cells = processed.at(0).get();
-    ASSERT_EQ(hvGetN(cells), 3u);
-    const auto expected = [](std::string head) {
-        return words(
-            head +
-            " wcStartTime wcElapsedTime cpuStartTime cpuElapsedTime freeMem resMem commitMem "
-            "dllsMem nonprocessMem freeMemDelta resMemDelta commitMemDelta dllsMemDelta "
-            "nonprocessMemDelta procMemUsage procMemUsagePeak procVMSize procMemUsageDelta "
-            "procMemUsagePeakDelta procVMSizeDelta errorRow gapRow HTMLPhaseNumString "
-            "HTMLRowNumber numChildren stackDepth childrenIDs");
-    };
-    EXPECT_EQ(fieldsOf(hvGetCell(cells, 0)),
-              expected("pointType groupingStr phaseIDStr statisticsTypeStr"));
-    EXPECT_EQ(fieldsOf(hvGetCell(cells, 1)),
-              expected("pointType groupingStr phaseIDStr modelStr targetStr statisticsTypeStr"));
-    EXPECT_EQ(fieldsOf(hvGetCell(cells, 2)),
-              expected("pointType groupingStr phaseIDStr modelStr targetStr machineStr chartStr "
-                       "statisticsTypeStr"));
-
-    const hvArray* chart = hvGetCell(cells, 2);
-    const auto classOf = [chart](const char* field) {
-        return hvGetClassID(hvGetField(chart, 0, field));
-    };
-    EXPECT_EQ(classOf("pointType"), hvClassID::UInt32);
-    EXPECT_EQ(hvGetScalar(hvGetField(chart, 0, "pointType")), 2.0);
-    EXPECT_EQ(classOf("chartStr"), hvClassID::Char);
-    EXPECT_EQ(hvArrayToStdString(hvGetField(chart, 0, "machineStr")), "mc");
-    EXPECT_EQ(classOf("wcElapsedTime"), hvClassID::Double);
-    EXPECT_EQ(classOf("procVMSizeDelta"), hvClassID::Double);
-    EXPECT_EQ(classOf("errorRow"), hvClassID::Logical);
-    EXPECT_EQ(classOf("HTMLPhaseNumString"), hvClassID::Char);
-    EXPECT_EQ(hvArrayToStdString(hvGetField(chart, 0, "HTMLPhaseNumString")), "3");
-    EXPECT_EQ(classOf("stackDepth"), hvClassID::UInt32);
-    EXPECT_EQ(classOf("childrenIDs"), hvClassID::Cell);
-    EXPECT_EQ(hvGetN(hvGetField(chart, 0, "childrenIDs")), 0u);
-
-    ptClearRawData();
-    const Values none = call("PerfTools.Tracer.getRawData", {}, 1);
-    EXPECT_TRUE(hvIsCell(none.at(0).get()));
-    EXPECT_EQ(hvGetN(none.at(0).get()), 0u);
-}
-
-TEST_F(ExportMethods, ChildrenMemoryAndSelfTimes) {
-    ptAddGrouping("A");
-    ptEnableGlobalLogging(true);
-    ptLogOrviaData("A", "parent", true);
-    ptLogOrviaData("A", "child", true);
-    ptLogOrviaData("A", "child", false);
-    ptLogOrviaData("A", "parent", false);
-    ptEnableGlobalLogging(false);
-    auto& raw = *ptTracer()->_rawData;
-    raw[0]->_basicMem.reset();  // a point that never had memory statistics
-    raw[2]->_basicMem = boost::make_shared<pt::BasicMemStats>(2 * 1048576.0, 0, 0);
-
-    const Values result = call("PerfTools.Tracer.getProcessedData", {}, 1);
-    const hvArray* parent = hvGetCell(result.at(0).get(), 0);
-    const hvArray* child = hvGetCell(result.at(0).get(), 1);
-    const hvArray* children = hvGetField(parent, 0, "childrenIDs");
-    ASSERT_EQ(hvGetN(children), 1u);
-    EXPECT_EQ(hvGetClassID(hvGetCell(children, 0)), hvClassID::Int32);
-    EXPECT_EQ(hvGetScalar(hvGetCell(children, 0)), 2.0);  // the child's row number
-    EXPECT_EQ(hvGetScalar(hvGetField(parent, 0, "numChildren")), 1.0);
-    EXPECT_EQ(hvGetScalar(hvGetField(child, 0, "stackDepth")), 1.0);
-    EXPECT_FALSE(hvIsLogicalScalarTrue(hvGetField(child, 0, "gapRow")));
-    // Figures in MiB: the child ends at 2 MiB of usage; the parent's start had none at all.
-    EXPECT_EQ(hvGetScalar(hvGetField(child, 0, "procMemUsage")), 2.0);
-    EXPECT_EQ(hvGetScalar(hvGetField(parent, 0, "freeMem")), 0.0);
-
-    // The aggregate's times are self times: all of a leaf's, and of a parent only what a
-    // generated "_self" row reports, none here.
-    const Values sums = call("PerfTools.Tracer.getAggregateProcessedData", {}, 1);
-    ASSERT_EQ(hvGetN(sums.at(0).get()), 2u);
-    const hvArray* parentSum = hvGetCell(sums.at(0).get(), 0);
-    const hvArray* childSum = hvGetCell(sums.at(0).get(), 1);
-    EXPECT_EQ(hvArrayToStdString(hvGetField(parentSum, 0, "phaseID")), "parent");
-    EXPECT_EQ(hvGetClassID(hvGetField(parentSum, 0, "wcElapsedTime")), hvClassID::Double);
-    EXPECT_EQ(hvGetScalar(hvGetField(parentSum, 0, "wcElapsedTime")), 0.0);
-    EXPECT_EQ(hvGetScalar(hvGetField(childSum, 0, "wcElapsedTime")),
-              hvGetScalar(hvGetField(child, 0, "wcElapsedTime")));
-    EXPECT_EQ(hvGetScalar(hvGetField(childSum, 0, "procMemUsageDelta")), 2.0);
-}
 
 TEST_F(ExportMethods, PairsRecomputeAndTheLastWins) {
     logRun();

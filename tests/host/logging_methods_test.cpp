@@ -63,25 +63,5 @@ TEST_F(LogMethods, EveryInputIsTestedInOrderBeforeAnythingIsLogged) {
     EXPECT_TRUE(ptTracer()->_rawData->empty());
 }
 
-TEST_F(LogMethods, LogThroughTheExports) {
-    ptAddGrouping("G");
-    ptEnableTracer("G", true);
-    call("PerfTools.Tracer.logOrviaData", valuesOf(text("G"), text("host phase"), flag(true)));
-    call("PerfTools.Tracer.logKestruneData",
-         valuesOf(text("G"), text("m"), text("t"), column("column"), flag(false)));
-    call("PerfTools.Tracer.logYlvaneData", valuesOf(text("G"), text("m"), text("t"), text("mc"),
-                                                    text("c"), text("chart"), flag(true)));
-    // Switched off, the call is no error and logs nothing.
-    call("PerfTools.Tracer.logKsStartupData", valuesOf(text("startup"), flag(true)));
-    EXPECT_EQ(rawPhases(), (std::vector<std::string>{"host phase", "column", "chart"}));
-    EXPECT_TRUE((*ptTracer()->_rawData)[0]->_isPhaseStart);
-    EXPECT_FALSE((*ptTracer()->_rawData)[1]->_isPhaseStart);
-    EXPECT_EQ((*ptTracer()->_rawData)[2]->_pointType, 2);
-
-    call("PerfTools.Tracer.enableKsStartupLogging", valuesOf(flag(true)));
-    call("PerfTools.Tracer.logKsStartupData", valuesOf(text("startup"), flag(true)));
-    EXPECT_EQ(rawPhases().back(), "startup");
-}
-
 }  // namespace
 }  // namespace pt::testing

@@ -1,7 +1,7 @@
 #pragma once
 
-// Calling PerfTools.Tracer through the class system, as a host does, with values built in a
-// line; and a fingerprint of the tracer's state to show that a refused call changed nothing.
+// Calling PerfTools.Tracer through the class system, as a host does, and a fingerprint of the
+// tracer's state to show that a refused call changed nothing.
 
 #include <performance_tracer/module.h>
 #include <performance_tracer/performance_tracer.h>
@@ -36,15 +36,6 @@ inline hvUniqueArray int32(std::int32_t v) {
     const std::size_t dims[] = {1, 1};
     hvUniqueArray value(hvCreateNumericArray(2, dims, hvClassID::Int32));
     *static_cast<std::int32_t*>(hvGetData(value.get())) = v;
-    return value;
-}
-/// Text as a column, n by 1.
-inline hvUniqueArray column(const std::string& s) {
-    const std::size_t dims[] = {s.size(), 1};
-    hvUniqueArray value(hvCreateCharArray(2, dims));
-    for (std::size_t i = 0; i < s.size(); ++i) {
-        hvGetChars(value.get())[i] = static_cast<hvChar>(s[i]);
-    }
     return value;
 }
 inline hvUniqueArray cellOf(std::vector<hvUniqueArray> elements) {
@@ -171,15 +162,6 @@ protected:
         EXPECT_EQ(expected.starts_with("vos:") ? error.substr(0, expected.size()) : error, expected)
             << method;
         EXPECT_TRUE(StateFingerprint::take() == before) << method << " changed the tracer's state";
-    }
-
-    static const std::vector<std::string>& rawPhases() {
-        static std::vector<std::string> names;
-        names.clear();
-        for (const auto& p : *ptTracer()->_rawData) {
-            names.push_back(ptGetPhaseStr(p->_phaseID));
-        }
-        return names;
     }
 };
 
