@@ -43,7 +43,10 @@ protected:
     std::string _file;
 };
 
-TEST_F(DiagnosticReport, GoldenPageWithAnErrorRowAndAllThreeClasses) {
+// The pages of: all three classes, with an error row; host-language rows alone (no model
+// columns); level 1 (two blank cells for host-language rows, no state-chart rows); a wait between
+// top-level phases and one inside a phase (generated points, which have no row); no data.
+TEST_F(DiagnosticReport, GoldenPagesOfEachWidthAndOfWaits) {
     PTRawDataVector points = {
         makePoint(0, "Build", "run", true, 1.5, 0.25),
         makePoint(1, "Build", "compile", true, 12.0, 0.123),
@@ -64,8 +67,34 @@ TEST_F(DiagnosticReport, GoldenPageWithAnErrorRowAndAllThreeClasses) {
         dynamic_cast<PTYlvaneDataPoint&>(*points[i])._chartID =
             static_cast<std::int32_t>(ptNameID(PT_TABLE_CHART, "chart <1>"));
     }
-    pt::testing::expectGoldenText(PT_REPORT_GOLDEN_DIR, "diagnostic_report",
-                                  write(points, "Build"));
+    std::string text = "=== all three classes ===\n" + write(points, "Build");
+
+    PTRawDataVector widths = {
+        makePoint(0, "Host", "a", true, 0),  makePoint(0, "Host", "a", false, 0),
+        makePoint(1, "Model", "b", true, 0), makePoint(1, "Model", "b", false, 0),
+        makePoint(2, "Chart", "c", true, 0), makePoint(2, "Chart", "c", false, 0)};
+    PerformanceTracer& tracer = *ptTracer();
+    EXPECT_EQ(maxPointType(tracer, &widths, "Host"), 0);
+    EXPECT_EQ(maxPointType(tracer, &widths, "Model"), 1);
+    EXPECT_EQ(maxPointType(tracer, &widths, "GLOBAL"), 2);
+    text += "=== host-language rows alone ===\n" + write(widths, "Host");
+    PTRawDataVector mixed = {
+        makePoint(0, "M", "a", true, 0),     makePoint(1, "M", "b", true, 0),
+        makePoint(2, "Chart", "c", true, 0), makePoint(2, "Chart", "c", false, 0),
+        makePoint(1, "M", "b", false, 0),    makePoint(0, "M", "a", false, 0)};
+    text += "=== level 1 ===\n" + write(mixed, "M");
+    PTRawDataVector waits = {
+        makePoint(0, "G", "first", true, 0.0),  makePoint(0, "G", "first", false, 0.5),
+        makePoint(0, "G", "second", true, 5.0), makePoint(0, "G", "inner", true, 6.0),
+        makePoint(0, "G", "inner", false, 6.5), makePoint(0, "G", "second", false, 6.6)};
+    text += "=== waits ===\n" + write(waits, "G");
+    PTRawDataVector none;
+    text += "=== no data ===\n" + write(none, "GLOBAL");
+    pt::testing::expectGoldenText(PT_REPORT_GOLDEN_DIR, "diagnostic_report", text);
+
+    // Without a list the pass takes a snapshot of the (empty) store; no file, no report.
+    EXPECT_TRUE(writeDiagnosticReport(tracer, _file, "G", nullptr));
+    EXPECT_FALSE(writeDiagnosticReport(tracer, "/nonexistent-folder/x.html", "G", &none));
 }
 
 std::size_t count(const std::string& text, const std::string& what) {
@@ -74,59 +103,6 @@ std::size_t count(const std::string& text, const std::string& what) {
         ++n;
     }
     return n;
-}
-
-TEST_F(DiagnosticReport, ColumnsFollowTheWidestPointOfTheGrouping) {
-    PTRawDataVector points = {
-        makePoint(0, "Host", "a", true, 0),  makePoint(0, "Host", "a", false, 0),
-        makePoint(1, "Model", "b", true, 0), makePoint(1, "Model", "b", false, 0),
-        makePoint(2, "Chart", "c", true, 0), makePoint(2, "Chart", "c", false, 0)};
-    PerformanceTracer& tracer = *ptTracer();
-    EXPECT_EQ(maxPointType(tracer, &points, "Host"), 0);
-    EXPECT_EQ(maxPointType(tracer, &points, "Model"), 1);
-    EXPECT_EQ(maxPointType(tracer, &points, "GLOBAL"), 2);
-    EXPECT_EQ(maxPointType(tracer, nullptr, "GLOBAL"), 0);
-
-    const std::string host = write(points, "Host");
-    EXPECT_EQ(host.find("<th>Model</th>"), std::string::npos);
-    EXPECT_EQ(host.find("&nbsp;"), std::string::npos);
-
-    // At level 1 the host-language rows get two blank cells; the state-chart rows are left out
-    // below level 2.
-    PTRawDataVector mixed = {
-        makePoint(0, "M", "a", true, 0),     makePoint(1, "M", "b", true, 0),
-        makePoint(2, "Chart", "c", true, 0), makePoint(2, "Chart", "c", false, 0),
-        makePoint(1, "M", "b", false, 0),    makePoint(0, "M", "a", false, 0)};
-    const std::string level1 = write(mixed, "M");
-    EXPECT_NE(level1.find("<th>Target</th>"), std::string::npos);
-    EXPECT_EQ(level1.find("<th>Machine</th>"), std::string::npos);
-    EXPECT_NE(level1.find("<td>Orvia</td>\n                <td>M</td>\n                "
-                          "<td>&nbsp;</td>\n                <td>&nbsp;</td>\n"
-                          "                <td>a</td>"),
-              std::string::npos);
-    EXPECT_EQ(level1.find("Ylvane"), std::string::npos);
-
-    // No data is a header alone; without a list the pass takes a snapshot of the (empty) store.
-    PTRawDataVector none;
-    EXPECT_NE(
-        write(none, "GLOBAL").find("<th>Non-process</th>\n            </tr>\n        </table>"),
-        std::string::npos);
-    EXPECT_FALSE(writeDiagnosticReport(tracer, "/nonexistent-folder/x.html", "G", &none));
-    EXPECT_TRUE(writeDiagnosticReport(tracer, _file, "G", nullptr));
-}
-
-TEST_F(DiagnosticReport, AWaitBetweenTopLevelPhasesAndGeneratedRows) {
-    // Nothing is open during the wait between the two phases; the wait inside the second one
-    // makes generated points, which have no row.
-    PTRawDataVector points = {
-        makePoint(0, "G", "first", true, 0.0),  makePoint(0, "G", "first", false, 0.5),
-        makePoint(0, "G", "second", true, 5.0), makePoint(0, "G", "inner", true, 6.0),
-        makePoint(0, "G", "inner", false, 6.5), makePoint(0, "G", "second", false, 6.6)};
-    const std::string page = write(points, "G");
-    EXPECT_EQ(points.size(), 8u);
-    EXPECT_EQ(count(page, "<tr>"), 7u);  // the header and six logged points
-    EXPECT_EQ(page.find("_self"), std::string::npos);
-    EXPECT_EQ(page.find("#FF1A00"), std::string::npos);
 }
 
 TEST_F(DiagnosticReport, PhasesNestedAHundredThousandDeep) {
