@@ -101,43 +101,6 @@ ToyClass* registerToys() {
     return toy;
 }
 
-std::string errorOf(const std::string& name, std::uint32_t nargout, std::size_t inputs) {
-    std::vector<hvUniqueArray> values;
-    std::vector<const hvArray*> args;
-    for (std::size_t i = 0; i < inputs; ++i) {
-        values.emplace_back(hvCreateDoubleScalar(1));
-        args.push_back(values.back().get());
-    }
-    try {
-        vos::invoke(name, nargout, args);
-    } catch (const foundation::core::except::IMsgIDException& e) {
-        return e.getErrorID() + ": " + e.getMessageText();
-    }
-    return "no error";
-}
-
-TEST(ClassSystem, CountsAreCheckedBeforeTheMethodRuns) {
-    registerToys();
-    EXPECT_EQ(errorOf("Toys.Toy.two", 0, 1),
-              "vos:NotEnoughInputs: Not enough input arguments: Toys.Toy.two takes 2, but 1 were "
-              "given.");
-    EXPECT_EQ(errorOf("Toys.Toy.two", 0, 3).substr(0, 18), "vos:TooManyInputs:");
-    EXPECT_EQ(errorOf("Toys.Toy.quiet", 1, 0).substr(0, 19), "vos:TooManyOutputs:");
-    EXPECT_EQ(errorOf("Toys.Toy.nothing", 0, 0),
-              "vos:UndefinedFunction: There is no method or function 'Toys.Toy.nothing'.");
-    EXPECT_EQ(errorOf("Nowhere.Toy.two", 0, 2).substr(0, 22), "vos:UndefinedFunction:");
-    EXPECT_EQ(errorOf("Toys", 0, 0).substr(0, 22), "vos:UndefinedFunction:");
-    EXPECT_EQ(errorOf("Toys.count", 0, 1).substr(0, 18), "vos:TooManyInputs:");
-
-    // An open-ended method takes any number, and its result comes back.
-    for (std::size_t n : {0, 1, 5}) {
-        EXPECT_EQ(errorOf("Toys.Toy.open", 1, n), "no error");
-    }
-    std::vector<hvUniqueArray> out = vos::invoke("Toys.Toy.two", 1, {nullptr, nullptr});
-    ASSERT_EQ(out.size(), 1u);
-    EXPECT_EQ(hvGetScalar(out[0].get()), 2.0);
-}
-
 TEST(ClassSystem, MethodsLoadOnceAndHiddenOnesStillRun) {
     ToyClass* toy = registerToys();
     EXPECT_EQ(vos::visibleMethods("Toys.Toy"), (std::vector<std::string>{"two", "open", "quiet"}));
