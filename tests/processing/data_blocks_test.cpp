@@ -21,7 +21,6 @@
 namespace {
 
 using pt::testing::expectGoldenText;
-using pt::testing::makePoint;
 
 constexpr double kMiB = 1048576.0;
 const char* const kMetrics[] = {"time", "basicmemory", "detailedmemory", "elapsed"};
@@ -167,47 +166,6 @@ TEST_F(DataBlocks, FiguresThatAreNotFiniteAreTheScriptsOwnNumbers) {
         EXPECT_NE(blocks.find("Infinity"), std::string::npos) << metric;
     }
     EXPECT_NE(ptHtmlProcData(t, data, "detailedmemory").find(",-Infinity,"), std::string::npos);
-}
-
-TEST_F(DataBlocks, IdenticalRunsCompareAsEqual) {
-    PerformanceTracer& t = *ptTracer();
-    const auto pairs = ptAlignRows(t, _left._rows, _left._rows);
-    for (const auto& pair : pairs) {
-        EXPECT_EQ(pair.kind, PT_ALIGN_BOTH);
-    }
-    const std::string block = ptHtmlProcDiffData(t, pairs, "time", "LHS", "RHS");
-    std::size_t classes = 0;
-    for (std::size_t at = block.find("\" B"); at != std::string::npos;
-         at = block.find("\" B", at + 1)) {
-        EXPECT_EQ(block.compare(at, 13, "\" BETWN_M5_0\""), 0);
-        ++classes;
-    }
-    EXPECT_EQ(classes, 4 * pairs.size());
-
-    // An aggregate on one side only counts all its executions.
-    const auto aggregates = ptAlignAggregates(t, _rightAggregates, PTAggregateMap());
-    const std::string agg = ptHtmlAggDiffData(t, aggregates, "elapsed", "LHS", "RHS");
-    EXPECT_NE(agg.find("new aggDataStruct(0,1,2,-99.99,2)"), std::string::npos);  // compile, twice
-}
-
-TEST_F(DataBlocks, ModelIdsCarryOverFromTheLastChartRowUntilAHostRow) {
-    PerformanceTracer& t = *ptTracer();
-    const auto row = [](int type, const char* phase, const char* model) {
-        auto raw = makePoint(type, "EvalPrms", phase, true, 0.0, 0.0, model);
-        return boost::make_shared<PTDiagnosticInfo>(raw, 1, 0);
-    };
-    // A chart row in model "a", a block-diagram row in model "b", a host row, then "b" again.
-    const PTDiagnosticInfoList rows = {row(2, "chart", "a"), row(1, "block", "b"),
-                                       row(0, "host", "a"), row(1, "block", "b")};
-    const std::string a = std::to_string(ptNameID(PT_TABLE_MODEL, "a"));
-    const std::string b = std::to_string(ptNameID(PT_TABLE_MODEL, "b"));
-    std::vector<std::string> ids;
-    for (const auto& fields :
-         records(ptHtmlProcDiffData(t, ptAlignRows(t, rows, {}), "elapsed", "", ""))) {
-        ids.push_back(fields[fields.size() - 4] + fields[fields.size() - 3] +
-                      fields[fields.size() - 2] + fields[fields.size() - 1]);
-    }
-    EXPECT_EQ(ids, (std::vector<std::string>{a + "000", a + "000", "-1-1-1-1", b + "0-1-1"}));
 }
 
 }  // namespace

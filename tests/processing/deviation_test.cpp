@@ -4,13 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include <boost/make_shared.hpp>
-
 #include <cmath>
 #include <limits>
-#include <tuple>
-
-#include "random_log.h"
 
 namespace {
 
@@ -71,53 +66,6 @@ TEST(Deviation, WorkedExamplesClassesAndRounding) {
         EXPECT_EQ(ptRoundHundredths(tracer(), value), expected) << value;
     }
     EXPECT_TRUE(std::isnan(ptRoundHundredths(tracer(), std::nan(""))));
-}
-
-class Compare : public ::testing::Test {
-protected:
-    void SetUp() override { ptClearRawData(); }
-
-    static PTOrviaProcessedDataPoint row(double wc, int children) {
-        PTOrviaProcessedDataPoint point(*pt::testing::makePoint(0, "G", "p", true, 0));
-        point.wcElapsedTime = wc;
-        point.cpuElapsedTime = wc / 2;
-        point.numChildren = children;
-        point._basicMem->procMemUsageDelta = -wc;
-        point._detailedMem->freeMem = wc;
-        point._startDetailedMem->freeMem = 100 + wc;
-        return point;
-    }
-};
-
-TEST_F(Compare, RowsLookAtTheirOwnChildrenAggregatesUseSumsAndMaxima) {
-    PTCompareRecord r;
-    const PTOrviaProcessedDataPoint parent = row(4, 2);
-    const PTOrviaProcessedDataPoint leaf = row(5, 0);
-    ptCompareRows(tracer(), &parent, &leaf, r, "time");
-    // The parent's self is 0; only the report's metric is computed.
-    EXPECT_EQ(std::make_tuple(r.WCSelf.abs, r.WCSelf.rel, r.WCSC.abs, r.CPUSC.abs),
-              std::make_tuple(5.0, 100.0, 1.0, 0.5));
-    EXPECT_TRUE(r.Free.colour.empty());
-    ptCompareRows(tracer(), &parent, &leaf, r, "detailedmemory");
-    EXPECT_EQ(r.FreeStart.abs, 5.0 - 104.0);  // start figures of the parent only
-    EXPECT_EQ(r.Free.abs, 1.0);
-    ptCompareRows(tracer(), nullptr, &leaf, r, "basicmemory");
-    EXPECT_EQ(std::make_pair(r.UsageDelta.abs, r.UsageDelta.rel), std::make_pair(-5.0, -100.0));
-    ptCompareRows(tracer(), &leaf, nullptr, r, "time");
-    EXPECT_EQ(std::make_pair(r.WCSC.abs, r.WCSC.rel), std::make_pair(-5.0, -100.0));
-
-    PTAggregateDataPoint left(0, 0, true), right(0, 0, true);
-    left._wcSelf = 2, right._wcSelf = 3;
-    left._wcTotal = 10, right._wcTotal = 10;
-    left._usageDeltaSum = 1.5L, right._usageDeltaSum = -1.5L;
-    left._nonProcessMax = 8, right._nonProcessMax = 4;
-    ptCompareAggregates(tracer(), &left, &right, r, "time");
-    EXPECT_EQ(r.WCSelf.rel, 50.0);
-    EXPECT_EQ(r.WCSC.colour, " BETWN_M5_0");
-    ptCompareAggregates(tracer(), &left, &right, r, "basicmemory");
-    EXPECT_EQ(r.UsageDelta.abs, -3.0);
-    ptCompareAggregates(tracer(), &left, nullptr, r, "detailedmemory");
-    EXPECT_EQ(r.NonProcess.rel, -100.0);
 }
 
 }  // namespace

@@ -212,31 +212,6 @@ TEST_F(MatchingPass, PhasesNestedAHundredThousandDeep) {
     }
 }
 
-TEST_F(MatchingPass, EndTimesAndMemoryOfAMatchedPhase) {
-    PTRawDataVector log = logOf("P+0,c+.01,c-.02,P-.03");
-    constexpr double kMiB = 1048576.0;
-    log[0]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(8 * kMiB, 0, 2 * kMiB, 0, 0);
-    log[0]->_basicMem = boost::make_shared<pt::BasicMemStats>(kMiB, 3 * kMiB, 0);
-    log[3]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(6 * kMiB, 0, 5 * kMiB, 0, 0);
-    log[3]->_basicMem = boost::make_shared<pt::BasicMemStats>(2 * kMiB, 4 * kMiB, 0);
-    const Pass pass = run(log, {"G"});
-    const auto& parent = *pass.rows.at(0);
-    EXPECT_EQ(parent._basicMem->procMemUsage, 2.0);
-    EXPECT_EQ(parent._basicMem->procMemUsageDelta, 1.0);
-    EXPECT_EQ(parent._basicMem->procMemUsagePeakOverUsage, 3.0);
-    EXPECT_EQ(parent._detailedMem->freeMem, 6.0);
-    EXPECT_EQ(parent._detailedMem->freeMemDelta, -2.0);
-    EXPECT_EQ(parent._startDetailedMem->freeMem, 8.0);  // kept for a phase with children
-    EXPECT_EQ(parent._startDetailedMem->commitMem, 2.0);
-    EXPECT_EQ(pass.rows.at(1)->_startDetailedMem->freeMem, 0.0);
-    EXPECT_TRUE(pass.data._hasDetailedMem);  // the last point's free figure is not 0
-
-    // The last point taken up decides _hasDetailedMem; NaN counts as not 0.
-    PTRawDataVector nan = logOf("n+0,n-0");
-    nan[1]->_detailedMem->freeMem = std::nan("");
-    EXPECT_TRUE(run(nan, {"G"}).data._hasDetailedMem);
-}
-
 // ---- The pass against its direct form, on random logs ----
 
 /// A row as text, with every field a pass sets.

@@ -39,30 +39,6 @@ protected:
     }
 };
 
-TEST_F(RunCheck, RunsAreKeyedAsTheAggregateComparisonKeysThem) {
-    // A parent with a measured wait at its start: total 0.83, self 0.5; then one phase in two
-    // groupings, once from a customisation folder.
-    PTRawDataVector log = pt::testing::logOf(
-        "G1:P+0/0,G1:c+.5/.1,G1:c-.75/.2,G1:P-.83/.3,G1:tools/ks_customization/setup.m+1/.3,"
-        "G1:tools/ks_customization/setup.m-2/.8,1G2:tools/setup.m+2/.8,1G2:tools/setup.m-4/1");
-    PTRawDataVector copy = pt::testing::copyLog(log);
-    const auto wall = ptRunPhaseTimes(*ptTracer(), log, "GLOBAL", false);
-    ASSERT_TRUE(wall);
-    EXPECT_EQ(std::make_pair(wall->at("tools/setup.m").total, wall->at("tools/setup.m").self),
-              std::make_pair(3.0, 3.0));
-    EXPECT_DOUBLE_EQ(wall->at("P").total, 0.83);
-    EXPECT_DOUBLE_EQ(wall->at("P").self, 0.5);
-    EXPECT_EQ(wall->count("P_self"), 0u);
-
-    const auto cpu = ptRunPhaseTimes(*ptTracer(), copy, "G2", true);
-    ASSERT_TRUE(cpu);
-    EXPECT_EQ(cpu->size(), 1u);  // only the grouping asked for
-    EXPECT_NEAR(cpu->at("tools/setup.m").total, 0.2, 1e-12);
-
-    PTRawDataVector broken = pt::testing::logOf("P+0,c+1");
-    EXPECT_FALSE(ptRunPhaseTimes(*ptTracer(), broken, "GLOBAL", false));
-}
-
 /// Eight runs a side of steady phases, each run a little slower than the one before; new
 /// runs fall between the base runs, so that only a true change separates the sides.
 std::vector<PTRunPhaseTimes> side(const std::map<std::string, PTPhaseTimes>& phases, bool isNew,
@@ -142,33 +118,6 @@ TEST_F(RunCheck, VerdictsThresholdsAndTheWorstFirst) {
     EXPECT_FALSE(lenient.failed());
     options.failOnMissing = true;
     EXPECT_TRUE(ptCheckRuns(base, changed, options).failed());
-}
-
-TEST_F(RunCheck, TooFewRunsSayHowManyAreNeeded) {
-    const std::map<std::string, PTPhaseTimes> one = {{"a", {1.0, 1.0}}};
-    const std::map<std::string, PTPhaseTimes> two = {{"a", {1.0, 1.0}}, {"b", {2.0, 2.0}}};
-    const struct {
-        std::size_t runs;
-        const std::map<std::string, PTPhaseTimes>* phases;
-        bool possible;
-        std::size_t needed;
-    } cases[] = {
-        // 2/20 = 0.1; 2/252 = 0.0079 reaches 0.01 for one test, not 0.005 for two; six
-        // a side reach 2/924 = 0.0022.
-        {3, &one, false, 5},
-        {5, &one, true, 0},
-        {5, &two, false, 6},
-    };
-    for (const auto& c : cases) {
-        std::vector<PTRunPhaseTimes> base = side(*c.phases, false);
-        std::vector<PTRunPhaseTimes> changed = side(*c.phases, true, {{"a", 2.0}, {"b", 2.0}});
-        base.resize(c.runs);
-        changed.resize(c.runs);
-        const pt::CheckResult result = ptCheckRuns(base, changed, pt::CheckOptions());
-        EXPECT_EQ(result.significancePossible, c.possible) << c.runs;
-        EXPECT_EQ(result.runsNeeded, c.needed) << c.runs;
-        EXPECT_EQ(result.failed(), c.possible) << c.runs;
-    }
 }
 
 TEST_F(RunCheck, OptionsOutOfRangeAndDamagedTimesAreRefused) {
