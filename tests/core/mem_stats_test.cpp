@@ -11,12 +11,7 @@ namespace {
 constexpr double kMiB = 1048576.0;
 using Figures = std::vector<double>;
 
-/// Figures and deltas, the detailed ones in the order rows hold them (not the fields' order).
-Figures of(const pt::BasicProcessedMemStats& m) {
-    return {m.procMemUsage,      m.procMemUsagePeak,      m.procVMSize,
-            m.procMemUsageDelta, m.procMemUsagePeakDelta, m.procMemUsagePeakOverUsage,
-            m.procVMSizeDelta};
-}
+/// Detailed figures, then their deltas, in the order rows hold them (not the fields' order).
 Figures of(const pt::DetailedMemStats& m) {
     return {m.freeMem, m.resMem, m.commitMem, m.dllsMem, m.nonprocessMem};
 }
@@ -25,23 +20,6 @@ Figures of(const pt::DetailedProcessedMemStats& m) {
     figures.insert(figures.end(), {m.freeMemDelta, m.resMemDelta, m.commitMemDelta, m.dllsMemDelta,
                                    m.nonprocessMemDelta});
     return figures;
-}
-
-TEST(MemStats, BasicRecordsInMebibytesAndTheirDeltas) {
-    const auto start = boost::make_shared<pt::BasicMemStats>(10 * kMiB, 30 * kMiB, 100 * kMiB);
-    pt::BasicProcessedMemStats same(start);
-    EXPECT_EQ(of(same), (Figures{10, 30, 100, 0, 0, 0, 0}));
-    same.setDeltas(start);
-    EXPECT_EQ(of(same), (Figures{10, 30, 100, 0, 0, 20, 0}));  // the peak over the start's usage
-
-    pt::BasicProcessedMemStats grown(
-        boost::make_shared<pt::BasicMemStats>(15 * kMiB, 50 * kMiB, 90 * kMiB));
-    grown.setDeltas(start);
-    EXPECT_EQ(of(grown), (Figures{15, 50, 90, 5, 20, 40, -10}));
-    // A null record reads as zeros; an end without a start measures against zero.
-    EXPECT_EQ(of(pt::BasicProcessedMemStats(nullptr)), Figures(7, 0.0));
-    grown.setDeltas(nullptr);
-    EXPECT_EQ(of(grown), (Figures{15, 50, 90, 15, 50, 50, 90}));
 }
 
 TEST(MemStats, DetailedRecordsInTheSerialisedOrderAndTheirDeltas) {

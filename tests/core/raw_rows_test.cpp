@@ -2,8 +2,6 @@
 
 #include <pt_platform/hv.h>
 
-#include <boost/make_shared.hpp>
-
 #include <cstring>
 #include <type_traits>
 #include <variant>
@@ -12,27 +10,6 @@
 namespace {
 
 using RawRows = TracerTest;
-
-/// The cells of a point's row in one line: 'text', true or false, int32:N, or a double.
-std::string cellsOf(const PTOrviaDataPoint& point) {
-    const hvUniqueArray row(point.toRow());
-    EXPECT_TRUE(hvIsCell(row.get()) && hvGetM(row.get()) == 1);
-    std::ostringstream out;
-    for (std::size_t i = 0; i < hvGetN(row.get()); ++i) {
-        const hvArray* cell = hvGetCell(row.get(), i);
-        if (hvIsCharVector(cell)) {
-            out << " '" << hvArrayToStdString(cell) << "'";
-        } else if (hvIsLogicalScalar(cell)) {
-            out << (hvIsLogicalScalarTrue(cell) ? " true" : " false");
-        } else {
-            out << (hvGetClassID(cell) == hvClassID::Int32 ? " int32:"
-                    : hvIsDouble(cell)                     ? " "
-                                                           : " ?")
-                << hvGetScalar(cell);
-        }
-    }
-    return out.str().substr(1);
-}
 
 /// A cell row of texts, doubles, int32 and logical scalars, and cells made beforehand (a null
 /// one leaves the cell empty).
@@ -64,69 +41,6 @@ hvUniqueArray rowFrom(const std::vector<Cell>& cells) {
     return row;
 }
 
-TEST_F(RawRows, EachClassWritesItsCells) {
-    setPathStripRoot("C:\\host");
-    ptEnableGlobalLogging(true);
-    ptLogOrviaData("G", "C:\\host\\toolbox\\run.m", true);
-    ptSetStatisticsTypeForModel("model", "Normal");
-    ptLogKestruneData("G", "model", "target", "phase", false);
-    ptLogYlvaneData("G", "model", "target", "machine", "chart", "phase", true);
-    for (const auto& point : raw()) {
-        point->_wcTime = 2.5, point->_cpuTime = 0.5;
-    }
-    raw()[0]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(1, 2, 3, 4, 5);
-    raw()[0]->_basicMem = boost::make_shared<pt::BasicMemStats>(6, 7, 8);
-    raw()[1]->_detailedMem.reset();
-    raw()[1]->_basicMem.reset();
-    // The root prefix does not travel; an unknown grouping and a missing type write empty
-    // texts, missing records zeros.
-    EXPECT_EQ(cellsOf(*raw()[0]), "'1' int32:0 'toolbox/run.m' '' '' true 2.5 0.5 1 2 3 4 5 6 7 8");
-    EXPECT_EQ(cellsOf(*raw()[1]),
-              "'1' int32:1 'phase' '' 'model' 'target' 'Normal' false 2.5 0.5 0 0 0 0 0 0 0 0");
-    EXPECT_EQ(cellsOf(*raw()[2]),
-              "'1' int32:2 'phase' '' 'model' 'target' 'machine' 'chart' 'Normal' true 2.5 0.5 "
-              "0 0 0 0 0 0 0 0");
-}
-
-TEST_F(RawRows, RoundTripAcrossTwoSetsOfNameTables) {
-    ptAddGrouping("Session");
-    ptEnableGlobalLogging(true);
-    ptLogOrviaData("Session", "startup", true);
-    ptLogKestruneData("Session", "plant", "sim", "update", true);
-    ptLogYlvaneData("Session", "plant", "sim", "sf machine", "chart 1", "entry", false);
-    raw()[0]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(1, 0, 0, 0, 0);
-    raw()[1]->_basicMem = boost::make_shared<pt::BasicMemStats>(1e9, 2e9, 3e9);
-    raw()[2]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(10, 20, 30, 40, 50);
-    std::vector<hvUniqueArray> rows;
-    std::vector<std::string> written;
-    for (const auto& point : raw()) {
-        rows.push_back(hvUniqueArray(point->toRow()));
-        written.push_back(describe(*point));
-    }
-
-    // A new run: different tables, in which the same names get other ids.
-    ptClearRawData();
-    ptNameID(PT_TABLE_PHASE, "something else");
-    ptNameID(PT_TABLE_MODEL, "another model");
-    ptNameID(PT_TABLE_CHART, "chart 0");
-    // A host point has no statistics type; its row holds the empty name, which is read back.
-    written[0].replace(written[0].find(" #-1 "), 5, " '' ");
-    const PTKestruneDataPoint model(rows[1].get());
-    EXPECT_EQ(describe(PTOrviaDataPoint(rows[0].get())), written[0]);
-    EXPECT_EQ(describe(model), written[1]);
-    EXPECT_EQ(describe(PTYlvaneDataPoint(rows[2].get())), written[2]);
-    EXPECT_EQ(model._modelID, 1);
-}
-
-TEST_F(RawRows, ZeroDetailedFiguresKeepTheRecordThePointHas) {
-    const hvUniqueArray zeros(PTKestruneDataPoint().toRow());
-    EXPECT_EQ(PTOrviaDataPoint(zeros.get())._detailedMem, nullptr);
-    const PTKestruneDataPoint model(zeros.get());
-    ASSERT_TRUE(model._detailedMem);
-    EXPECT_EQ(model._detailedMem->commitMem, 0.0);
-    EXPECT_TRUE(PTOrviaDataPoint(zeros.get())._basicMem);  // the basic record is always replaced
-}
-
 TEST_F(RawRows, UnknownVersionsOlderFormsAndMalformedRows) {
     // A version this build does not know keeps the start values and reads only the figures.
     const hvUniqueArray unknown = rowFrom({"2", 1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 7.0, 8.0});
@@ -136,7 +50,7 @@ TEST_F(RawRows, UnknownVersionsOlderFormsAndMalformedRows) {
               "0 #-1 #-1 #0 #0 #-1 end 0 0 detailed 1 2 3 4 5 basic 6 7 8");
     EXPECT_EQ(describe(PTYlvaneDataPoint(unknown.get())),
               "1 #-1 #-1 #-1 #-1 #0 #0 #-1 end 0 0 detailed 1 2 3 4 5 basic 6 7 8");
-    EXPECT_EQ(tableSizes()[PT_TABLE_PHASE], 0u);  // no name was read
+    EXPECT_EQ(tableSize(PT_TABLE_PHASE), 0u);  // no name was read
 
     // The older form starts at the point type; a row that ends early reads zeros.
     const hvUniqueArray older =

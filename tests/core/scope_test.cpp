@@ -1,6 +1,3 @@
-// The scope guards: a phase ends on every way out of its scope, and only a recorded start gets
-// an end.
-
 #include <performance_tracer/scope.h>
 
 #include <stdexcept>
@@ -48,24 +45,6 @@ TEST_F(ScopeGuards, OnlyARecordedStartGetsAnEnd) {
     }
     // The outer phase started before its grouping was enabled: no end without a start.
     EXPECT_EQ(flow(), "inner+ inner-");
-}
-
-TEST_F(ScopeGuards, GroupingsResolveToTheirIds) {
-    ASSERT_EQ(ptAddGrouping("Pipeline", {"Stage A", "Stage B"}), "");
-    // A parent's id serves, though ptAddGrouping hands out none for it.
-    EXPECT_EQ(pt::GroupingRef("Pipeline").id(), groupingID("Pipeline"));
-    EXPECT_EQ(pt::GroupingRef("Stage A").id(), groupingID("Stage A"));
-    EXPECT_TRUE(ptGetGroupingList("Fresh").empty());
-    const std::int32_t fresh = pt::GroupingRef("Fresh").id();  // added as a leaf
-    EXPECT_EQ(fresh, groupingID("Fresh"));
-    EXPECT_EQ(ptGetGroupingList("Fresh"), std::vector<std::string>{"Fresh"});
-
-    ptEnableTracer("Pipeline", true);
-    { PT_PHASE("Pipeline", "run all"); }
-    { PT_PHASE("Stage A", "run a"); }
-    ASSERT_EQ(raw().size(), 4u);
-    EXPECT_EQ(raw()[0]->_groupingID, groupingID("Pipeline"));
-    EXPECT_EQ(raw()[2]->_groupingID, groupingID("Stage A"));
 }
 
 }  // namespace

@@ -48,11 +48,6 @@ protected:
     }
     /// The points of the store, described without their clocks.
     static std::vector<std::string> store();
-    /// The raw point at index as its own class.
-    template <typename Point>
-    static const Point& pointAt(std::size_t index) {
-        return dynamic_cast<const Point&>(*raw().at(index));
-    }
 };
 
 /// A point in one line: its type, the names of its ids ('name', or #id where the table has
