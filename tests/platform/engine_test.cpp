@@ -36,25 +36,11 @@ TEST_F(Engine, FailuresReachTheFuture) {
     });
     EXPECT_THROW(evaluate("refuses", "x", false), std::exception);
     EXPECT_NE(ranOn.load(), std::this_thread::get_id());
+    EXPECT_THROW(evaluate("kssvInternal", "no such switch", false), std::exception);
     EXPECT_THROW(hvm::Factory::getCurrentLocalHVM()->getCmdDistributor().enqueueWithFuture(nullptr),
                  std::invalid_argument);
     evaluate("kssvInternal", "kssvSetSkipDetailedStackDiagnostics", true);  // still serving
     EXPECT_TRUE(hvm::StringTable::instance().skipsDetailedStackDiagnostics());
-}
-
-TEST_F(Engine, StringTableSwitches) {
-    const auto internal = [](const char* name) {
-        hvUniqueArray text(hvCreateString(name));
-        hvArray* input = text.get();
-        return hvxCallOrvia(0, nullptr, 1, &input, "kssvInternal");
-    };
-    hvm::StringTable& table = hvm::StringTable::instance();
-    const int before = table.collections();
-    EXPECT_EQ(internal("kssvStringTableCollectGarbageNow"), 0);
-    EXPECT_EQ(table.collections(), before + 1);
-    EXPECT_EQ(internal("kssvEnterTableNoLeakMode"), 0);
-    EXPECT_TRUE(table.noLeakMode());
-    EXPECT_NE(internal("no such switch"), 0);
 }
 
 TEST_F(Engine, SerialisedValuesComeBackEqual) {

@@ -8,21 +8,12 @@
 
 namespace {
 
-/// A method that answers how many inputs it saw.
+/// A method of one output: the number of inputs it was given.
 class CountingMethod : public vos::VOSMethodInfo {
 public:
-    CountingMethod(std::string name, int inputs, bool open, int outputs, bool visible)
-        : _name(std::move(name)), _visible(visible) {
+    CountingMethod(std::string name, bool visible) : _name(std::move(name)), _visible(visible) {
         _signature = vos::VOSMethodSignature::createMethodSignature();
-        for (int i = 0; i < inputs; ++i) {
-            _signature->addInputType(vos::VOSNameID("any"));
-        }
-        if (open) {
-            _signature->setOpenEndedInputs();
-        }
-        for (int i = 0; i < outputs; ++i) {
-            _signature->addOutputType(vos::VOSNameID("any"));
-        }
+        _signature->addOutputType(vos::VOSNameID("any"));
     }
     ~CountingMethod() override { delete _signature; }
 
@@ -30,10 +21,8 @@ public:
     const vos::VOSMethodSignature* getSignature() const override { return _signature; }
     void invoke(void*, std::uint32_t& nlhs, hvArray** plhs, std::int32_t nrhs,
                 const hvArray**) override {
-        if (_signature->numberOfOutputs() > 0) {
-            plhs[0] = hvCreateDoubleScalar(nrhs);
-            nlhs = 1;
-        }
+        plhs[0] = hvCreateDoubleScalar(nrhs);
+        nlhs = 1;
     }
     bool isStatic() const override { return true; }
     bool isVisible() const override { return _visible; }
@@ -50,14 +39,11 @@ public:
     const std::string& getFullName() const override { return _full; }
     void loadMethods() override {
         ++loads;
-        const auto add = [this](const char* name, int in, bool open, int out, bool visible) {
+        for (const auto& [name, visible] :
+             {std::pair{"two", true}, {"open", true}, {"quiet", true}, {"hidden", false}}) {
             void* memory = vos::VOSClassInfo::operator new(sizeof(CountingMethod));
-            addMethod(new (memory) CountingMethod(name, in, open, out, visible));
-        };
-        add("two", 2, false, 1, true);
-        add("open", 1, true, 1, true);
-        add("quiet", 0, false, 0, true);
-        add("hidden", 0, false, 1, false);
+            addMethod(new (memory) CountingMethod(name, visible));
+        }
     }
     void* createInstance() override { return nullptr; }
     void destroyInstance(void*) override {}

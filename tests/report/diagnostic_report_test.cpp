@@ -49,20 +49,16 @@ protected:
 TEST_F(DiagnosticReport, GoldenPagesOfEachWidthAndOfWaits) {
     PTRawDataVector points = {
         makePoint(0, "Build", "run", true, 1.5, 0.25),
-        makePoint(1, "Build", "compile", true, 12.0, 0.123),
-        makePoint(2, "Build", "step", true, 12.01),
-        makePoint(2, "Build", "step", false, 12.02),
-        makePoint(1, "Build", "compile", false, 12.03),
+        makePoint(1, "Build", "compile", true, 12.0, 0.123, "engine"),
+        makePoint(2, "Build", "step", true, 12.01, 0.0, "engine"),
+        makePoint(2, "Build", "step", false, 12.02, 0.0, "engine"),
+        makePoint(1, "Build", "compile", false, 12.03, 0.0, "engine"),
         makePoint(0, "Build", "stray", false, 12.04),  // does not fit the open "run"
         makePoint(0, "Build", "run", false, 12.05),
     };
     points[0]->_detailedMem =
         boost::make_shared<pt::DetailedMemStats>(1048576.0, 0, 2097152.0, 0, 0);
     points[5]->_detailedMem.reset();
-    for (int i : {1, 2, 3, 4}) {
-        auto* model = dynamic_cast<PTKestruneDataPoint*>(points[i].get());
-        model->_modelID = static_cast<std::int32_t>(ptNameID(PT_TABLE_MODEL, "engine"));
-    }
     for (int i : {2, 3}) {
         dynamic_cast<PTYlvaneDataPoint&>(*points[i])._chartID =
             static_cast<std::int32_t>(ptNameID(PT_TABLE_CHART, "chart <1>"));

@@ -63,27 +63,13 @@ protected:
         return {std::istreambuf_iterator<char>(in), {}};
     }
 
-    /// The markers, parted by '|', stand in the text in this order.
-    static void expectInOrder(const std::string& text, const std::string& markers) {
-        std::size_t at = 0;
-        for (const std::string& marker : split(markers)) {
-            const std::size_t found = text.find(marker, at);
-            ASSERT_NE(found, std::string::npos) << marker << " missing or out of order";
-            at = found + marker.size();
-        }
-    }
+    /// None of the markers, parted by '|', is in the text.
     static void expectAbsent(const std::string& text, const std::string& markers) {
-        for (const std::string& marker : split(markers)) {
-            EXPECT_EQ(text.find(marker), std::string::npos) << marker;
-        }
-    }
-    static std::vector<std::string> split(const std::string& markers) {
-        std::vector<std::string> parts;
         for (std::size_t from = 0, bar = 0; from <= markers.size(); from = bar + 1) {
             bar = std::min(markers.find('|', from), markers.size());
-            parts.push_back(markers.substr(from, bar - from));
+            const std::string marker = markers.substr(from, bar - from);
+            EXPECT_EQ(text.find(marker), std::string::npos) << marker;
         }
-        return parts;
     }
 
     std::filesystem::path _folder;
@@ -117,10 +103,7 @@ TEST_F(ReportWriters, PagesLeaveOutTheBlocksOfTabsAndChartsTheyDoNotHave) {
 
 TEST_F(ReportWriters, NameCellsIndentAsDeepAsTheDeeperSide) {
     std::mt19937 rng(5);
-    pt::testing::LogOptions options;
-    options.points = 400;
-    options.maxDepth = 11;
-    PTRawDataVector deep = pt::testing::randomLog(rng, options);
+    PTRawDataVector deep = pt::testing::randomLog(rng, {.points = 400, .maxDepth = 11});
     PTRawDataVector deepCopy = pt::testing::copyLog(deep);
     PTRawDataVector probe = pt::testing::copyLog(deep);
     const int levels = ptGetProcessedDataForGroupings(&probe, {"GLOBAL"})._levelCount;
@@ -129,7 +112,7 @@ TEST_F(ReportWriters, NameCellsIndentAsDeepAsTheDeeperSide) {
          {page(ptWriteDetailReport, "GLOBAL", "", "time", true, &deep, nullptr),
           page(ptWriteDifferenceReport, "GLOBAL", "LHS", "RHS", run(), &deepCopy, nullptr, nullptr,
                "time")}) {
-        expectInOrder(text, "td.phaseNameCell" + std::to_string(levels - 1) + " {");
+        EXPECT_NE(text.find("td.phaseNameCell" + std::to_string(levels - 1) + " {"), text.npos);
         expectAbsent(text, "td.phaseNameCell" + std::to_string(levels) + " {");
     }
 }
@@ -171,13 +154,15 @@ TEST_F(ReportWriters, FixedPagesStandInForAReport) {
 
 TEST_F(ReportWriters, SystemInformationOfEachSide) {
     SystemInfoRecord file{"file cpu", "", "", "", "", "", "", "file products"};
-    expectInOrder(page(ptWriteDetailReport, "GLOBAL", "GLOBAL", "time", true, run(), &file),
-                  "<td>file cpu</td>");
+    EXPECT_NE(page(ptWriteDetailReport, "GLOBAL", "GLOBAL", "time", true, run(), &file)
+                  .find("<td>file cpu</td>"),
+              std::string::npos);
     // A comparison without a left record shows its labels with no values; the right side
     // without one is this machine.
-    expectInOrder(page(ptWriteDifferenceReport, "GLOBAL", "LHS", "RHS", run(), run(), nullptr,
-                       nullptr, "time"),
-                  "<tr><td><b>Processor: </b></td><td></td></tr>|<pre></pre></td><td><pre>");
+    const std::string both = page(ptWriteDifferenceReport, "GLOBAL", "LHS", "RHS", run(), run(),
+                                  nullptr, nullptr, "time");
+    EXPECT_NE(both.find("<tr><td><b>Processor: </b></td><td></td></tr>"), std::string::npos);
+    EXPECT_NE(both.find("<pre></pre></td><td><pre>"), std::string::npos);
 }
 
 }  // namespace

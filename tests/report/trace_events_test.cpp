@@ -60,14 +60,10 @@ protected:
     }
     void TearDown() override { std::filesystem::remove(_file); }
 
-    /// Exports the list and reads the trace back; every event must carry the five fields.
-    std::vector<Event> exportOf(PTRawDataVector& points, const TraceEventsRequest& request,
-                                TraceEventsSummary* summary = nullptr) {
-        TraceEventsSummary written;
-        EXPECT_TRUE(writeTraceEvents(*ptTracer(), _file.string(), points, request, written));
-        if (summary) {
-            *summary = written;
-        }
+    /// Exports the list and reads the trace back; every event must carry the five fields, and the
+    /// summary counts the complete events.
+    std::vector<Event> exportOf(PTRawDataVector& points, const TraceEventsRequest& request) {
+        EXPECT_TRUE(writeTraceEvents(*ptTracer(), _file.string(), points, request, _written));
         ptree trace;
         read_json(_file.string(), trace);
         std::vector<Event> events;
@@ -87,7 +83,7 @@ protected:
             event.args = node.get_child("args", ptree());
             events.push_back(event);
         }
-        EXPECT_EQ(written.phases,
+        EXPECT_EQ(_written.phases,
                   static_cast<std::size_t>(std::count_if(
                       events.begin(), events.end(), [](const Event& e) { return e.ph == "X"; })));
         return events;
@@ -101,6 +97,7 @@ protected:
     }
 
     std::filesystem::path _file;
+    TraceEventsSummary _written;
 };
 
 TEST_F(TraceEvents, EachKindOfRow) {
@@ -156,10 +153,9 @@ void expectNested(const std::vector<Event>& phases) {
 
 TEST_F(TraceEvents, RandomLogsFollowTheFormatsRules) {
     using pt::testing::DirectMatchingPass;
-    using pt::testing::LogOptions;
     const struct {
         const char* what;
-        LogOptions log;
+        pt::testing::LogOptions log;
         std::vector<std::string> names = {"GLOBAL"};
         bool byModel = false;
     } cases[] = {
@@ -178,12 +174,10 @@ TEST_F(TraceEvents, RandomLogsFollowTheFormatsRules) {
             std::mt19937 rng(seed);
             const PTRawDataVector log = pt::testing::randomLog(rng, c.log);
             PTRawDataVector exported = pt::testing::copyLog(log);
-            TraceEventsSummary summary;
             const std::vector<Event> phases = ofKind(
                 exportOf(
                     exported,
-                    {.names = c.names, .byModel = c.byModel, .processName = "", .threadName = ""},
-                    &summary),
+                    {.names = c.names, .byModel = c.byModel, .processName = "", .threadName = ""}),
                 "X");
             expectNested(phases);
 
@@ -199,7 +193,7 @@ TEST_F(TraceEvents, RandomLogsFollowTheFormatsRules) {
                     errorRows.insert(row.get());
                 }
             }
-            EXPECT_EQ(summary.leftOut, errorRows.size());
+            EXPECT_EQ(_written.leftOut, errorRows.size());
             std::vector<const PTOrviaProcessedDataPoint*> rows;
             for (const auto& row : pass.startRows(direct)) {
                 if (!row->_point->errorRow) {
