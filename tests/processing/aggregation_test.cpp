@@ -34,24 +34,10 @@ protected:
     PTProcessedData _data;
 };
 
-TEST_F(Aggregation, LeavesSumAllTheirTimeParentsOnlyTheirGeneratedSelfTime) {
-    PTRawDataVector leaves =
-        logOf("leaf+0/0,leaf-.25/.1,leaf+1/.5,leaf-1.5/.6,leaf+2/1,leaf-2.75/1.1");
-    leaves[5]->_basicMem = boost::make_shared<pt::BasicMemStats>(1048576.0, 0, 0);
-    PTAggregateMap map = aggregate(leaves);
-    ASSERT_EQ(map.size(), 1u);
-    const auto& leaf = entry(map, "leaf");
-    EXPECT_EQ(leaf._count, 3);
-    EXPECT_DOUBLE_EQ(leaf._wcTotal, 1.5);
-    EXPECT_EQ(leaf._wcSelf, leaf._wcTotal);
-    EXPECT_DOUBLE_EQ(leaf._cpuSelf, 0.3);
-    EXPECT_EQ(leaf._usageMax, 1.0);
-    EXPECT_EQ(leaf._usageDeltaSum, 1.0L);
-    EXPECT_FALSE(leaf._isParent);
-
+TEST_F(Aggregation, ParentsHaveOnlyTheirGeneratedSelfTime) {
     // A second execution of P has a measured wait at its start; Q a wait after a child, a row
     // of its own.
-    map = aggregate(
+    const PTAggregateMap map = aggregate(
         logOf("P+0,c+.01,c-.02,P-.03,P+1,c+1.5,c-1.75,P-1.8,Q+3,c+3,c-3,d+3.5,d-3.5,Q-3.5"));
     const auto& parent = entry(map, "P");
     EXPECT_TRUE(parent._isParent);
