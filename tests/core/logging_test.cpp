@@ -48,7 +48,11 @@ TEST_F(Logging, GlobalLoggingEachGroupingAndStatisticsTypes) {
     ptSetStatisticsTypeForModel("engine", "Incremental");
     EXPECT_TRUE(ptLogYlvaneData(groupingID("Parent"), "engine", "rtw", "machine 1", "chart A",
                                 "transition", false));
-    EXPECT_EQ(store(),
+    Lines store;
+    for (const auto& point : raw()) {
+        store.push_back(describe(*point, false));
+    }
+    EXPECT_EQ(store,
               (Lines{"0 'p' #-1 #-1 start detailed 0 0 0 0 0 basic 0 0 0",
                      "0 'p' #1073741824 #-1 start detailed 0 0 0 0 0 basic 0 0 0",
                      "0 'eval' 'EvalPrms' #-1 start detailed 0 0 0 0 0 basic 0 0 0",

@@ -3,7 +3,6 @@
 #include <pt_platform/hv.h>
 
 #include <cstring>
-#include <type_traits>
 #include <variant>
 #include <vector>
 
@@ -11,32 +10,23 @@ namespace {
 
 using RawRows = TracerTest;
 
-/// A cell row of texts, doubles, int32 and logical scalars, and cells made beforehand (a null
-/// one leaves the cell empty).
-using Cell = std::variant<const char*, double, std::int32_t, bool, hvArray*>;
-hvUniqueArray rowFrom(const std::vector<Cell>& cells) {
+/// An integer cell of count elements of class cls, its first bytes those of value.
+hvArray* integers(hvClassID cls, std::size_t count, std::uint64_t value, std::size_t bytes) {
+    const std::size_t dims[] = {1, count};
+    hvArray* cell = hvCreateNumericArray(2, dims, cls);
+    std::memcpy(hvGetData(cell), &value, bytes);
+    return cell;
+}
+
+/// A cell row of texts, double scalars and cells made beforehand (a null one leaves it empty).
+hvUniqueArray rowFrom(const std::vector<std::variant<const char*, double, hvArray*>>& cells) {
     hvUniqueArray row(hvCreateCellMatrix(1, cells.size()));
     for (std::size_t i = 0; i < cells.size(); ++i) {
+        const auto& cell = cells[i];
         hvSetCell(row.get(), i,
-                  std::visit(
-                      [](auto value) -> hvArray* {
-                          using T = decltype(value);
-                          if constexpr (std::is_same_v<T, const char*>) {
-                              return hvCreateString(value);
-                          } else if constexpr (std::is_same_v<T, double>) {
-                              return hvCreateDoubleScalar(value);
-                          } else if constexpr (std::is_same_v<T, std::int32_t>) {
-                              const std::size_t dims[] = {1, 1};
-                              hvArray* cell = hvCreateNumericArray(2, dims, hvClassID::Int32);
-                              *static_cast<std::int32_t*>(hvGetData(cell)) = value;
-                              return cell;
-                          } else if constexpr (std::is_same_v<T, bool>) {
-                              return hvCreateLogicalScalar(value);
-                          } else {
-                              return value;
-                          }
-                      },
-                      cells[i]));
+                  cell.index() == 0   ? hvCreateString(std::get<0>(cell))
+                  : cell.index() == 1 ? hvCreateDoubleScalar(std::get<1>(cell))
+                                      : std::get<2>(cell));
     }
     return row;
 }
@@ -54,7 +44,8 @@ TEST_F(RawRows, UnknownVersionsOlderFormsAndMalformedRows) {
 
     // The older form starts at the point type; a row that ends early reads zeros.
     const hvUniqueArray older =
-        rowFrom({1, "old phase", "old grouping", "m", "t", "type", true, 12.5, 2.5});
+        rowFrom({integers(hvClassID::Int32, 1, 1, 4), "old phase", "old grouping", "m", "t", "type",
+                 hvCreateLogicalScalar(true), 12.5, 2.5});
     EXPECT_EQ(describe(PTKestruneDataPoint(older.get())),
               "1 'old phase' 'old grouping' 'm' 't' 'type' start 12.5 2.5 detailed 0 0 0 0 0 "
               "basic 0 0 0");
@@ -72,10 +63,9 @@ TEST_F(RawRows, UnknownVersionsOlderFormsAndMalformedRows) {
                   "0 '' '' '' '' '' '' '' end 0 0 detailed 0 0 0 0 0 basic 0 0 0");
     }
 
-    // Cells of unexpected classes: a double point type, numbers for names, a logical row for
-    // the flag, text and a matrix for the clocks, an empty cell in between. A one-character
-    // text is a scalar, its character's code; a matrix is none; a negative sum of detailed
-    // figures is no record.
+    // A double point type, numbers for names, a logical row for the flag, text and a matrix for
+    // the clocks, an empty cell: a one-character text is its character's code, a matrix none,
+    // and a negative sum of detailed figures no record.
     const std::size_t pair[] = {1, 2};
     const hvUniqueArray odd =
         rowFrom({"1", 2.0, 3.0, static_cast<hvArray*>(nullptr), "stats",
@@ -88,11 +78,7 @@ TEST_F(RawRows, IntegerCellsOfEveryWidthGiveThePointType) {
     // The first 32 bits of the data, whatever the element width (the host is little-endian).
     const auto pointType = [](hvClassID cls, std::size_t count, std::uint64_t value,
                               std::size_t bytes) {
-        const std::size_t dims[] = {1, count};
-        hvArray* cell = hvCreateNumericArray(2, dims, cls);
-        std::memcpy(hvGetData(cell), &value, bytes);
-        const hvUniqueArray row = rowFrom({cell});
-        return PTOrviaDataPoint(row.get())._pointType;
+        return PTOrviaDataPoint(rowFrom({integers(cls, count, value, bytes)}).get())._pointType;
     };
     for (hvClassID cls :
          {hvClassID::Int8, hvClassID::UInt8, hvClassID::Int16, hvClassID::UInt16, hvClassID::Int32,

@@ -8,33 +8,13 @@ namespace {
 
 using RawStore = TracerTest;
 
-TEST_F(RawStore, FullClearEmptiesEverythingButGroupings) {
-    ptEnableTracer("Kept", true);
+TEST_F(RawStore, ClearsKeepWhatTheyDoNotName) {
+    ptAddGrouping("G3");
+    ptEnableTracer("G1", true);
     ptEnableGlobalLogging(true);
     ptEnableDetailedMemStats(true);
-    ptSetStatisticsTypeForModel("M", "type");
-    ptLogYlvaneData("Kept", "M", "T", "mc", "c", "p", true);
-    tracer()._systemInfo->processorStr = "cpu";
-    std::vector<std::size_t> sizes(PT_TABLE_COUNT, 0);
-    sizes[PT_TABLE_GROUPING] = tableSize(PT_TABLE_GROUPING);
-
-    ptClearRawData();
-    EXPECT_TRUE(raw().empty());
-    EXPECT_TRUE(tracer()._modelStatisticsTypes->empty());
-    EXPECT_EQ(tableSizes(), sizes);
-    EXPECT_TRUE(ptIsTracerEnabled(std::string("Kept")));
-    EXPECT_TRUE(tracer()._globalLogging && tracer()._detailedMemStats);
-    EXPECT_EQ(tracer()._systemInfo->processorStr, "cpu");
-    ptLogOrviaData("Kept", "after", true);  // phase ids start again
-    EXPECT_EQ(raw().back()->_phaseID, 0);
-}
-
-TEST_F(RawStore, PartialClearsThatMatchNothingOrFindNoStore) {
-    ptAddGrouping("G1");
-    ptAddGrouping("G3");
-    ptEnableGlobalLogging(true);
     ptLogOrviaData("G1", "o1", true);
-    ptLogKestruneData("G1", "M1", "T1", "k1", true);
+    ptLogYlvaneData("G1", "M1", "T1", "mc", "c", "y1", true);
     // Clears that match nothing remove nothing and add no names.
     const std::vector<std::size_t> sizes = tableSizes();
     ptClearRawGroupingData("no such grouping");
@@ -43,11 +23,10 @@ TEST_F(RawStore, PartialClearsThatMatchNothingOrFindNoStore) {
     ptClearRawData("new grouping", "new model", "new target");
     ptClearRawGroupingData("G3");  // a grouping without points
     EXPECT_EQ(tableSizes(), sizes);
-    EXPECT_EQ(flow(), "o1+ k1+");
     // An unknown grouping matches the points logged without one.
     ptLogOrviaData("never added", "lost", true);
     ptClearRawGroupingData("also never added");
-    EXPECT_EQ(flow(), "o1+ k1+");
+    EXPECT_EQ(flow(), "o1+ y1+");
 
     // The three-name form keeps the models' statistics types; the two-name form forgets every
     // one, with or without a store to clear.
@@ -58,6 +37,21 @@ TEST_F(RawStore, PartialClearsThatMatchNothingOrFindNoStore) {
     ptClearRawData("G", "M2");
     tracer()._rawData = std::move(store);
     EXPECT_TRUE(tracer()._modelStatisticsTypes->empty());
+
+    // The full clear empties the store, the types and every table but the groupings'; the
+    // states, the switches and the system's record stay.
+    ptSetStatisticsTypeForModel("M", "type");
+    tracer()._systemInfo->processorStr = "cpu";
+    std::vector<std::size_t> cleared(PT_TABLE_COUNT, 0);
+    cleared[PT_TABLE_GROUPING] = tableSize(PT_TABLE_GROUPING);
+    ptClearRawData();
+    EXPECT_TRUE(raw().empty() && tracer()._modelStatisticsTypes->empty());
+    EXPECT_EQ(tableSizes(), cleared);
+    EXPECT_EQ(tracer().groupingState(groupingID("G1")), PT_GROUPING_ON);
+    EXPECT_TRUE(tracer()._globalLogging && tracer()._detailedMemStats);
+    EXPECT_EQ(tracer()._systemInfo->processorStr, "cpu");
+    ptLogOrviaData("G1", "after", true);  // phase ids start again
+    EXPECT_EQ(raw().back()->_phaseID, 0);
 }
 
 TEST_F(RawStore, SnapshotCopiesByPointTypeAndTheSelectionSharesPoints) {
@@ -89,13 +83,13 @@ TEST_F(RawStore, SnapshotCopiesByPointTypeAndTheSelectionSharesPoints) {
     ASSERT_EQ(snapshot->size(), std::size(expected));
     for (std::size_t i = 0; i < snapshot->size(); ++i) {
         const PTOrviaDataPoint& copy = *(*snapshot)[i];
+        const PTOrviaDataPoint& original = *raw()[i];
         EXPECT_EQ(typeid(copy), expected[i].first) << i;
-        if (typeid(copy) == typeid(*raw()[i])) {
-            EXPECT_EQ(describe(copy), describe(*raw()[i])) << i;
+        if (typeid(copy) == typeid(original)) {
+            EXPECT_EQ(describe(copy), describe(original)) << i;
         }
-        EXPECT_EQ(hvGetNumberOfElements(hvUniqueArray(copy.toRow()).get()), expected[i].second)
-            << i;
-        EXPECT_NE(copy._basicMem, raw()[i]->_basicMem);
+        EXPECT_EQ(hvGetNumberOfElements(hvUniqueArray(copy.toRow()).get()), expected[i].second);
+        EXPECT_NE(copy._basicMem, original._basicMem);
     }
 
     EXPECT_EQ(*tracer().rawDataForGrouping("G2"), (PTRawDataVector{raw()[1]}));

@@ -12,44 +12,6 @@
 
 #include "core/name_table.h"
 
-/// Starts each test from an empty store, cleared tables (but the grouping table, which never
-/// clears), no enabled grouping and no global logging.
-class TracerTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        ptEnableGlobalLogging(false);
-        ptClearRawData();
-        auto& states = *tracer()._groupingEnabled;
-        std::fill(states.begin(), states.end(), PT_GROUPING_UNSET);
-        setPathStripRoot("");
-    }
-
-    static PerformanceTracer& tracer() { return *ptTracer(); }
-    static PTRawDataVector& raw() { return *tracer()._rawData; }
-    static std::size_t tableSize(std::uint32_t kind) { return tracer().nameTable(kind)->size(); }
-    static std::int32_t groupingID(const std::string& name) {
-        return static_cast<std::int32_t>(tracer().nameToID(PT_TABLE_GROUPING, name, false));
-    }
-    static std::vector<std::size_t> tableSizes() {
-        std::vector<std::size_t> sizes;
-        for (std::uint32_t kind = 0; kind < PT_TABLE_COUNT; ++kind) {
-            sizes.push_back(tableSize(kind));
-        }
-        return sizes;
-    }
-    /// The phases of the store in order, each with + for a start or - for an end.
-    static std::string flow() {
-        std::string text;
-        for (const auto& point : raw()) {
-            text += (text.empty() ? "" : " ") + ptGetPhaseStr(point->_phaseID) +
-                    (point->_isPhaseStart ? "+" : "-");
-        }
-        return text;
-    }
-    /// The points of the store, described without their clocks.
-    static std::vector<std::string> store();
-};
-
 /// A point in one line: its type, the names of its ids ('name', or #id where the table has
 /// none), start or end, the clocks and the memory figures.
 inline std::string describe(const PTOrviaDataPoint& point, bool clocks = true) {
@@ -90,10 +52,38 @@ inline std::string describe(const PTOrviaDataPoint& point, bool clocks = true) {
     return out.str();
 }
 
-inline std::vector<std::string> TracerTest::store() {
-    std::vector<std::string> points;
-    for (const auto& point : raw()) {
-        points.push_back(describe(*point, false));
+/// Starts each test from an empty store, cleared tables (but the grouping table, which never
+/// clears), no enabled grouping and no global logging.
+class TracerTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ptEnableGlobalLogging(false);
+        ptClearRawData();
+        auto& states = *tracer()._groupingEnabled;
+        std::fill(states.begin(), states.end(), PT_GROUPING_UNSET);
+        setPathStripRoot("");
     }
-    return points;
-}
+
+    static PerformanceTracer& tracer() { return *ptTracer(); }
+    static PTRawDataVector& raw() { return *tracer()._rawData; }
+    static std::size_t tableSize(std::uint32_t kind) { return tracer().nameTable(kind)->size(); }
+    static std::int32_t groupingID(const std::string& name) {
+        return static_cast<std::int32_t>(tracer().nameToID(PT_TABLE_GROUPING, name, false));
+    }
+    static std::vector<std::size_t> tableSizes() {
+        std::vector<std::size_t> sizes;
+        for (std::uint32_t kind = 0; kind < PT_TABLE_COUNT; ++kind) {
+            sizes.push_back(tableSize(kind));
+        }
+        return sizes;
+    }
+    /// The phases of the store in order, each with + for a start or - for an end.
+    static std::string flow() {
+        std::string text;
+        for (const auto& point : raw()) {
+            text += (text.empty() ? "" : " ") + ptGetPhaseStr(point->_phaseID) +
+                    (point->_isPhaseStart ? "+" : "-");
+        }
+        return text;
+    }
+};
