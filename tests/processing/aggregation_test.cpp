@@ -74,4 +74,37 @@ TEST_F(Aggregation, GeneratedRowsWithChildrenEmptyListsAndSelfRows) {
     EXPECT_EQ(point._wcSelf, 0.0);
 }
 
+TEST_F(Aggregation, SelfInTheNameAndEntriesAcrossGroupings) {
+    // "A_self" has no entry "A" to go to: dropped.
+    const PTAggregateMap map = aggregate(
+        logOf("G1:_selfish+0,G1:_selfish-.5,G1:A_self+1,G1:A_self-1.5,1G2:shared+2,G3:shared+2,"
+              "G3:shared-2,1G2:shared-3"));
+    EXPECT_EQ(entry(map, "_selfish")._count, 1);
+    EXPECT_EQ(map.count(static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, "A_self"))), 0u);
+    const auto& shared = entry(map, "shared");
+    EXPECT_EQ(shared._count, 2);
+    EXPECT_EQ(ptNameStr(PT_TABLE_GROUPING, shared._groupingID), "G2");  // the first row's
+    EXPECT_TRUE(shared._isParent);
+    // Ascending by phase id.
+    std::int32_t last = -1;
+    for (const auto& [phase, aggregate] : map) {
+        EXPECT_GT(phase, last);
+        EXPECT_EQ(phase, aggregate->_phaseID);
+        last = phase;
+    }
+}
+
+TEST_F(Aggregation, MaximaNeverGoBelowZeroAndParentsAddNoDeltas) {
+    PTRawDataVector log = logOf("P+0,c+.01,c-.02,P-.03");
+    for (auto& point : log) {
+        point->_basicMem = boost::make_shared<pt::BasicMemStats>(-5 * 1048576.0, 0, 0);
+    }
+    log[3]->_basicMem->procMemUsage = -1 * 1048576.0;  // the parent grows by 4 MiB
+    const PTAggregateMap map = aggregate(log);
+    const auto& parent = entry(map, "P");
+    EXPECT_EQ(parent._usageMax, 0.0);        // -1 MiB is not above the start value 0
+    EXPECT_EQ(parent._usageDeltaSum, 0.0L);  // a parent adds no deltas of its own
+    EXPECT_EQ(entry(map, "c")._usageDeltaSum, 0.0L);
+}
+
 }  // namespace

@@ -70,4 +70,24 @@ TEST_F(Alignment, MatchesTheDirectFormOnRandomLists) {
     }
 }
 
+
+TEST_F(Alignment, AggregatesAlignByPhaseNameAlone) {
+    const auto entry = [](const char* phase, const char* grouping) {
+        const auto id = static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, phase));
+        const auto group = static_cast<std::int32_t>(ptNameID(PT_TABLE_GROUPING, grouping));
+        return std::make_pair(id, std::make_unique<PTAggregateDataPoint>(group, id, false));
+    };
+    PTAggregateMap left, right;
+    left.insert(entry("tool/ks_customization/f", "G1"));
+    left.insert(entry("only left", "G1"));
+    right.insert(entry("tool/f", "G2"));
+    right.insert(entry("only right", "G2"));
+    const auto pairs = ptAlignAggregates(tracer(), left, right);
+    ASSERT_EQ(pairs.size(), 3u);
+    // Ascending phase ids: "tool/ks_customization/f" 0, "only left" 1, "tool/f" 2, ...
+    EXPECT_EQ(std::make_tuple(pairs[0].kind, pairs[0].left->_phaseID, pairs[0].right->_phaseID,
+                              pairs[1].kind, pairs[2].kind),
+              std::make_tuple(PT_ALIGN_BOTH, 0, 2, PT_ALIGN_LHS_ONLY, PT_ALIGN_RHS_ONLY));
+}
+
 }  // namespace

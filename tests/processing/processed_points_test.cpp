@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <boost/make_shared.hpp>
+
 #include <tuple>
 
 #include "random_log.h"
@@ -21,6 +23,34 @@ protected:
         setPathStripRoot("");
     }
 };
+
+TEST_F(ProcessedPoints, RowsTakeTheClassThatThePointTypeNames) {
+    const auto chart = makePoint(2, "G", "p", true, 1.0);
+    chart->_isGenerated = true;
+    chart->_basicMem = boost::make_shared<pt::BasicMemStats>(2097152.0, 0, 0);
+    const PTDiagnosticInfo info(chart, 7, 3);
+    const auto* row = dynamic_cast<const PTYlvaneProcessedDataPoint*>(info._point.get());
+    ASSERT_NE(row, nullptr);
+    // Times come with the end point.
+    EXPECT_EQ(std::make_tuple(row->_pointType, row->HTMLRowNumber, row->stackDepth, row->gapRow,
+                              row->wcStartTime),
+              std::make_tuple(2, 7, 3, true, 0.0));
+    EXPECT_EQ(std::make_pair(row->_basicMem->procMemUsage, row->_basicMem->procMemUsageDelta),
+              std::make_pair(2.0, 0.0));
+    EXPECT_EQ(ptGetMachineStr(row->machineID()), "machine");
+
+    // A type that names no class, or a class narrower than its type, gives what it can.
+    const auto odd = makePoint(0, "G", "p", true, 1.0);
+    odd->_pointType = 9;
+    EXPECT_EQ(PTDiagnosticInfo(odd, 1, 0)._point->_pointType, 0);
+    odd->_pointType = 2;
+    odd->_detailedMem.reset();
+    const PTDiagnosticInfo narrow(odd, 1, 0);
+    EXPECT_EQ(std::make_pair(narrow._point->modelID(), narrow._point->chartID()),
+              std::make_pair(-1, -1));
+    ASSERT_TRUE(narrow._point->_detailedMem);
+    EXPECT_EQ(narrow._point->_detailedMem->freeMem, 0.0);
+}
 
 TEST_F(ProcessedPoints, SamePhaseKeysAndIds) {
     const PTOrviaProcessedDataPoint host(*makePoint(0, "G", "phase", true, 0));
