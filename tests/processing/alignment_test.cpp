@@ -70,7 +70,6 @@ TEST_F(Alignment, MatchesTheDirectFormOnRandomLists) {
     }
 }
 
-
 TEST_F(Alignment, AggregatesAlignByPhaseNameAlone) {
     const auto entry = [](const char* phase, const char* grouping) {
         const auto id = static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, phase));
