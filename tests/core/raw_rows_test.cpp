@@ -2,7 +2,10 @@
 
 #include <pt_platform/hv.h>
 
+#include <boost/make_shared.hpp>
+
 #include <cstring>
+#include <sstream>
 #include <variant>
 #include <vector>
 
@@ -29,6 +32,60 @@ hvUniqueArray rowFrom(const std::vector<std::variant<const char*, double, hvArra
                                       : std::get<2>(cell));
     }
     return row;
+}
+
+/// The cells of a point's row in one line: 'text', true or false, int32:N, or a double.
+std::string cellsOf(const PTOrviaDataPoint& point) {
+    const hvUniqueArray row(point.toRow());
+    EXPECT_TRUE(hvIsCell(row.get()) && hvGetM(row.get()) == 1);
+    std::ostringstream out;
+    for (std::size_t i = 0; i < hvGetN(row.get()); ++i) {
+        const hvArray* cell = hvGetCell(row.get(), i);
+        if (hvIsCharVector(cell)) {
+            out << " '" << hvArrayToStdString(cell) << "'";
+        } else if (hvIsLogicalScalar(cell)) {
+            out << (hvIsLogicalScalarTrue(cell) ? " true" : " false");
+        } else {
+            out << (hvGetClassID(cell) == hvClassID::Int32 ? " int32:"
+                    : hvIsDouble(cell)                     ? " "
+                                                           : " ?")
+                << hvGetScalar(cell);
+        }
+    }
+    return out.str().substr(1);
+}
+
+TEST_F(RawRows, EachClassWritesItsCells) {
+    setPathStripRoot("C:\\host");
+    ptEnableGlobalLogging(true);
+    ptLogOrviaData("G", "C:\\host\\toolbox\\run.m", true);
+    ptSetStatisticsTypeForModel("model", "Normal");
+    ptLogKestruneData("G", "model", "target", "phase", false);
+    ptLogYlvaneData("G", "model", "target", "machine", "chart", "phase", true);
+    for (const auto& point : raw()) {
+        point->_wcTime = 2.5, point->_cpuTime = 0.5;
+    }
+    raw()[0]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(1, 2, 3, 4, 5);
+    raw()[0]->_basicMem = boost::make_shared<pt::BasicMemStats>(6, 7, 8);
+    raw()[1]->_detailedMem.reset();
+    raw()[1]->_basicMem.reset();
+    // The root prefix does not travel; an unknown grouping and a missing type write empty
+    // texts, missing records zeros.
+    EXPECT_EQ(cellsOf(*raw()[0]), "'1' int32:0 'toolbox/run.m' '' '' true 2.5 0.5 1 2 3 4 5 6 7 8");
+    EXPECT_EQ(cellsOf(*raw()[1]),
+              "'1' int32:1 'phase' '' 'model' 'target' 'Normal' false 2.5 0.5 0 0 0 0 0 0 0 0");
+    EXPECT_EQ(cellsOf(*raw()[2]),
+              "'1' int32:2 'phase' '' 'model' 'target' 'machine' 'chart' 'Normal' true 2.5 0.5 "
+              "0 0 0 0 0 0 0 0");
+}
+
+TEST_F(RawRows, ZeroDetailedFiguresKeepTheRecordThePointHas) {
+    const hvUniqueArray zeros(PTKestruneDataPoint().toRow());
+    EXPECT_EQ(PTOrviaDataPoint(zeros.get())._detailedMem, nullptr);
+    const PTKestruneDataPoint model(zeros.get());
+    ASSERT_TRUE(model._detailedMem);
+    EXPECT_EQ(model._detailedMem->commitMem, 0.0);
+    EXPECT_TRUE(PTOrviaDataPoint(zeros.get())._basicMem);  // the basic record is always replaced
 }
 
 TEST_F(RawRows, UnknownVersionsOlderFormsAndMalformedRows) {
