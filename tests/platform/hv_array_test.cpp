@@ -3,73 +3,64 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <tuple>
+#include <vector>
 
 namespace {
 
 TEST(HostValues, ShapesAndClassTests) {
     const hvUniqueArray text(hvCreateString("abc"));
-    EXPECT_EQ(hvGetClassID(text.get()), hvClassID::Char);
-    EXPECT_EQ(hvGetM(text.get()), 1u);
-    EXPECT_EQ(hvGetN(text.get()), 3u);
-    EXPECT_TRUE(hvIsCharVector(text.get()));
-    EXPECT_FALSE(hvIsScalar(text.get()));
+    EXPECT_EQ(std::tuple(hvGetClassID(text.get()), hvGetM(text.get()), hvGetN(text.get()),
+                         hvIsCharVector(text.get()), hvIsScalar(text.get())),
+              std::tuple(hvClassID::Char, 1u, 3u, true, false));
+    const hvUniqueArray emptyText(hvCreateString(""));  // 1-by-0 is a row
+    EXPECT_EQ(std::tuple(hvGetN(emptyText.get()), hvIsCharVector(emptyText.get()),
+                         hvIsEmpty(emptyText.get())),
+              std::tuple(0u, true, true));
 
-    const hvUniqueArray emptyText(hvCreateString(""));
-    EXPECT_EQ(hvGetN(emptyText.get()), 0u);
-    EXPECT_TRUE(hvIsCharVector(emptyText.get()));  // 1-by-0 is a row
-    EXPECT_TRUE(hvIsEmpty(emptyText.get()));
-
-    const std::size_t column[] = {4, 1};
-    const hvUniqueArray chars(hvCreateCharArray(2, column));
-    EXPECT_TRUE(hvIsCharVector(chars.get()));
-    const std::size_t square[] = {2, 2};
-    const hvUniqueArray block(hvCreateCharArray(2, square));
-    EXPECT_FALSE(hvIsCharVector(block.get()));
-    EXPECT_FALSE(hvIsCharVector(hvUniqueArray(hvCreateDoubleMatrix(1, 3)).get()));
+    const std::size_t column[] = {4, 1}, square[] = {2, 2};
+    EXPECT_EQ(std::tuple(hvIsCharVector(hvUniqueArray(hvCreateCharArray(2, column)).get()),
+                         hvIsCharVector(hvUniqueArray(hvCreateCharArray(2, square)).get()),
+                         hvIsCharVector(hvUniqueArray(hvCreateDoubleMatrix(1, 3)).get())),
+              std::tuple(true, false, false));
 
     // Trailing ones are dropped, missing dimensions padded.
-    const std::size_t threeD[] = {2, 3, 1, 1};
+    const std::size_t threeD[] = {2, 3, 1, 1}, oneD[] = {5}, deep[] = {2, 1, 3};
     const hvUniqueArray cube(hvCreateNumericArray(4, threeD, hvClassID::UInt16));
-    EXPECT_EQ(hvGetNumberOfDimensions(cube.get()), 2u);
-    const std::size_t oneD[] = {5};
     const hvUniqueArray column5(hvCreateNumericArray(1, oneD, hvClassID::Int8));
-    EXPECT_EQ(hvGetM(column5.get()), 5u);
-    EXPECT_EQ(hvGetN(column5.get()), 1u);
-    const std::size_t deep[] = {2, 1, 3};
     const hvUniqueArray nd(hvCreateCellArray(3, deep));
-    EXPECT_EQ(hvGetNumberOfDimensions(nd.get()), 3u);
-    EXPECT_EQ(hvGetN(nd.get()), 3u);
-    EXPECT_EQ(hvGetNumberOfElements(nd.get()), 6u);
-    EXPECT_FALSE(hvIsVector(nd.get()));
+    EXPECT_EQ(std::tuple(hvGetNumberOfDimensions(cube.get()), hvGetM(column5.get()),
+                         hvGetN(column5.get()), hvGetNumberOfDimensions(nd.get()), hvGetN(nd.get()),
+                         hvGetNumberOfElements(nd.get()), hvIsVector(nd.get())),
+              std::tuple(2u, 5u, 1u, 3u, 3u, 6u, false));
 
     const hvUniqueArray yes(hvCreateLogicalScalar(true));
     const hvUniqueArray no(hvCreateLogicalScalar(false));
-    EXPECT_TRUE(hvIsLogicalScalar(yes.get()) && hvIsLogicalScalarTrue(yes.get()));
-    EXPECT_TRUE(hvIsLogicalScalar(no.get()));
-    EXPECT_FALSE(hvIsLogicalScalarTrue(no.get()));
-    EXPECT_FALSE(hvIsLogicalScalarTrue(hvUniqueArray(hvCreateDoubleScalar(1)).get()));
+    const hvUniqueArray one(hvCreateDoubleScalar(1));
+    EXPECT_EQ(std::tuple(hvIsLogicalScalar(yes.get()), hvIsLogicalScalarTrue(yes.get()),
+                         hvIsLogicalScalar(no.get()), hvIsLogicalScalarTrue(no.get()),
+                         hvIsLogicalScalarTrue(one.get())),
+              std::tuple(true, true, true, false, false));
 
     // Null answers as an empty value of no class.
-    EXPECT_EQ(hvGetClassID(nullptr), hvClassID::Unknown);
-    EXPECT_TRUE(hvIsEmpty(nullptr));
-    EXPECT_FALSE(hvIsVector(nullptr));
-    EXPECT_EQ(hvGetScalar(nullptr), 0.0);
-    EXPECT_EQ(hvArrayToStdString(nullptr), "");
+    EXPECT_EQ(std::tuple(hvGetClassID(nullptr), hvIsEmpty(nullptr), hvIsVector(nullptr),
+                         hvGetScalar(nullptr), hvArrayToStdString(nullptr)),
+              std::tuple(hvClassID::Unknown, true, false, 0.0, ""));
 }
 
 TEST(HostValues, ScalarsOfEveryClass) {
-    EXPECT_EQ(hvGetScalar(hvUniqueArray(hvCreateDoubleScalar(-2.5)).get()), -2.5);
-    EXPECT_EQ(hvGetScalar(hvUniqueArray(hvCreateLogicalScalar(true)).get()), 1.0);
-    EXPECT_EQ(hvGetScalar(hvUniqueArray(hvCreateString("A")).get()), 65.0);
-    EXPECT_EQ(hvGetScalar(hvUniqueArray(hvCreateCellMatrix(1, 1)).get()), 0.0);
-    EXPECT_EQ(hvGetScalar(hvUniqueArray(hvCreateDoubleMatrix(0, 0)).get()), 0.0);
+    const auto scalar = [](hvArray* value) { return hvGetScalar(hvUniqueArray(value).get()); };
+    EXPECT_EQ((std::vector{scalar(hvCreateDoubleScalar(-2.5)), scalar(hvCreateLogicalScalar(true)),
+                           scalar(hvCreateString("A")), scalar(hvCreateCellMatrix(1, 1)),
+                           scalar(hvCreateDoubleMatrix(0, 0))}),
+              (std::vector{-2.5, 1.0, 65.0, 0.0, 0.0}));
 
     const std::size_t one[] = {1, 1};
     const hvUniqueArray minus(hvCreateNumericArray(2, one, hvClassID::Int64));
     *static_cast<std::int64_t*>(hvGetData(minus.get())) = -7;
-    EXPECT_EQ(hvGetScalar(minus.get()), -7.0);
-    EXPECT_TRUE(hvIsNumeric(minus.get()));
-    EXPECT_EQ(hvGetDoubles(minus.get()), nullptr);
+    EXPECT_EQ(
+        std::tuple(hvGetScalar(minus.get()), hvIsNumeric(minus.get()), hvGetDoubles(minus.get())),
+        std::tuple(-7.0, true, nullptr));
 
     EXPECT_THROW(hvCreateNumericArray(2, one, hvClassID::Cell), std::invalid_argument);
     EXPECT_THROW(hvCreateNumericArray(2, one, hvClassID::Char), std::invalid_argument);
