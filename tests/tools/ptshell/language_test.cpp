@@ -8,6 +8,8 @@
 #include <chrono>
 #include <sstream>
 #include <thread>
+#include <tuple>
+#include <vector>
 
 #include "large_inputs.h"
 #include "parser.h"
@@ -19,9 +21,15 @@ namespace {
 struct Outcome {
     std::string out;
     std::string err;
-    Session::Outcome outcome;
+    Session::Outcome outcome = Session::Outcome::Done;
     int status = 0;
+    bool operator==(const Outcome&) const = default;
 };
+
+void PrintTo(const Outcome& r, std::ostream* os) {
+    *os << "{out " << ::testing::PrintToString(r.out) << ", err " << ::testing::PrintToString(r.err)
+        << ", outcome " << static_cast<int>(r.outcome) << ", status " << r.status << "}";
+}
 
 Outcome run(const std::string& text, EvalOptions options = {}) {
     std::ostringstream out, err;
@@ -57,15 +65,14 @@ TEST(Language, SyntaxErrorsNameLineAndColumn) {
     for (const auto& [text, error] : cases) {
         EXPECT_EQ(syntaxErrorOf(text), error) << text;
     }
-    EXPECT_FALSE(Session::isComplete("for i = 1:2"));
-    EXPECT_FALSE(Session::isComplete("x = {1, 2"));
-    EXPECT_FALSE(Session::isComplete("x = 1 +"));  // a value may follow on the next line
-    EXPECT_TRUE(Session::isComplete("x = 1)"));
-
-    const Outcome bad = run("x = 1\ny = )");
-    EXPECT_EQ(bad.outcome, Session::Outcome::Failed);
-    EXPECT_EQ(bad.out, "");  // nothing runs before the whole text parses
-    EXPECT_EQ(bad.err, "Error: Syntax error at line 2, column 5: unexpected ')'.\n");
+    // A value may follow an operator on the next line.
+    EXPECT_EQ((std::vector{Session::isComplete("for i = 1:2"), Session::isComplete("x = {1, 2"),
+                           Session::isComplete("x = 1 +"), Session::isComplete("x = 1)")}),
+              (std::vector{false, false, false, true}));
+    // Nothing runs before the whole text parses.
+    EXPECT_EQ(run("x = 1\ny = )"),
+              (Outcome{"", "Error: Syntax error at line 2, column 5: unexpected ')'.\n",
+                       Session::Outcome::Failed}));
 }
 
 TEST(Language, EvaluationAndDisplay) {
@@ -100,23 +107,17 @@ TEST(Language, EvaluationAndDisplay) {
               "vos:UndefinedFunction\nAn operand must be a real scalar.\n");
 
     // An uncaught error ends the run.
-    const Outcome uncaught = run("print('before')\nprint(1, 2)\nprint('after')");
-    EXPECT_EQ(uncaught.out, "before\n");
-    EXPECT_EQ(uncaught.err, "Error in print: Takes 1 arguments, but 2 were given.\n");
-    EXPECT_EQ(uncaught.outcome, Session::Outcome::Failed);
+    EXPECT_EQ(run("print('before')\nprint(1, 2)\nprint('after')"),
+              (Outcome{"before\n", "Error in print: Takes 1 arguments, but 2 were given.\n",
+                       Session::Outcome::Failed}));
 }
 
 TEST(Language, ExitAndTheLimitsOfARun) {
-    const Outcome exited = run("print(1), exit(3), print(2)");
-    EXPECT_EQ(exited.outcome, Session::Outcome::Exited);
-    EXPECT_EQ(exited.status, 3);
-    EXPECT_EQ(exited.out, "1\n");
+    EXPECT_EQ(run("print(1), exit(3), print(2)"),
+              (Outcome{"1\n", "", Session::Outcome::Exited, 3}));
 
-    EvalOptions limited;
-    limited.allowExit = false;
-    limited.allowSleep = false;
-    limited.maxLoopSteps = 100;
-    limited.maxElements = 1000;
+    const EvalOptions limited{
+        .allowSleep = false, .allowExit = false, .maxLoopSteps = 100, .maxElements = 1000};
     const std::pair<const char*, const char*> cases[] = {
         {"exit", "Error in exit: exit is switched off in this run.\n"},
         {"sleep(100)", "Error in sleep: sleep is switched off in this run.\n"},
@@ -156,8 +157,7 @@ TEST(Language, ChainsOfAnyLengthAndDeepNesting) {
 }
 
 TEST(Language, ValuesOverTheLimitAreRefusedBeforeTheyAreMade) {
-    EvalOptions small;
-    small.maxValueBytes = std::size_t{1} << 20;
+    const EvalOptions small{.maxValueBytes = std::size_t{1} << 20};
     const struct {
         std::string text;
         const char* err;  // after "Error", if any
@@ -189,8 +189,7 @@ TEST(Language, ValuesOverTheLimitAreRefusedBeforeTheyAreMade) {
 
 TEST(Language, AnInterruptStopsTheRunningStatement) {
     std::atomic<bool> interrupt{false};
-    EvalOptions options;
-    options.interrupt = &interrupt;
+    const EvalOptions options{.interrupt = &interrupt};
     const std::string endless = "for i = 1:1e6, for j = 1:1e6, end, end";
     const std::string cases[][3] = {
         // text, out, err
@@ -205,9 +204,8 @@ TEST(Language, AnInterruptStopsTheRunningStatement) {
         });
         const Outcome r = run(text, options);
         press.join();
-        EXPECT_EQ(r.out, out) << text;
-        EXPECT_EQ(r.err, err) << text;
-        EXPECT_FALSE(interrupt) << text;  // taken when it stopped the statement
+        // The flag is taken when it stops the statement.
+        EXPECT_EQ(std::tuple(r.out, r.err, interrupt.load()), std::tuple(out, err, false)) << text;
     }
 }
 
