@@ -28,6 +28,7 @@
 namespace {
 
 using Body = std::function<void()>;
+using Edit = std::function<void(const PTRawDataVector&)>;
 constexpr double kMiB = 1048576.0;
 constexpr int kDeepChainLevels = 2000;
 
@@ -68,18 +69,18 @@ void stampPoints(double scale) {
     }
 }
 
-/// The points of a run of what log logs, stamped at a scale.
-const PTRawDataVector& run(const Body& log, double scale = 1.0) {
+/// Saves a run of what log logs, its points stamped at a scale and then changed by edit, with
+/// the system information given or this machine's.
+void write(const std::filesystem::path& file, const Body& log, double scale = 1.0,
+           const Edit& edit = {}, const hvArray* systemInfo = nullptr) {
     ptClearRawData();
     ptEnableGlobalLogging(true);
     log();
     ptEnableGlobalLogging(false);
     stampPoints(scale);
-    return *ptTracer()->_rawData;
-}
-
-/// The store as a saved run, with the system information given or this machine's.
-void save(const std::filesystem::path& file, const hvArray* systemInfo = nullptr) {
+    if (edit) {
+        edit(*ptTracer()->_rawData);
+    }
     hvFile* out = hvfOpen(file.c_str(), "w");
     const hvUniqueArray ownInfo(systemInfo ? nullptr : performance_tracer::systemInfoToStruct());
     const hvUniqueArray root(hvCreateString("/opt/orvia"));
@@ -95,14 +96,14 @@ void save(const std::filesystem::path& file, const hvArray* systemInfo = nullptr
     }
 }
 
-/// A system-information struct whose every field holds the text made from its name.
-hvUniqueArray systemInfoOf(const std::function<std::string(const std::string&)>& text) {
+/// A system-information struct whose every field holds its name between before and after.
+hvUniqueArray systemInfoOf(const std::string& before, const std::string& after) {
     const char* fields[] = {"processorStr",     "cpuSpeedStr",         "numCoresStr",
                             "totalPhysMemStr",  "operatingSystemStr",  "OrviaVersionStr",
                             "javaVMVersionStr", "installedProductsStr"};
     hvUniqueArray info(hvCreateStructMatrix(1, 1, 8, fields));
     for (int f = 0; f < 8; ++f) {
-        hvSetFieldByNumber(info.get(), 0, f, hvCreateString(text(fields[f])));
+        hvSetFieldByNumber(info.get(), 0, f, hvCreateString(before + fields[f] + after));
     }
     return info;
 }
@@ -130,8 +131,8 @@ Body memorySession(int variant) {
 }
 
 /// Parents of nine children each, under a few hundred names.
-void writeLargeRun(const std::filesystem::path& file, int parents, double scale) {
-    const auto log = [parents] {
+Body largeRun(int parents) {
+    return [parents] {
         for (int parent = 0; parent < parents; ++parent) {
             orvia("step " + std::to_string(parent % 200), [parent] {
                 for (int child = 0; child < 9; ++child) {
@@ -145,8 +146,13 @@ void writeLargeRun(const std::filesystem::path& file, int parents, double scale)
             });
         }
     };
-    run(log, scale);
-    save(file);
+}
+
+/// Phases nested from level to 2,000 deep, "even" and "odd" in turn.
+void nest(int level) {
+    if (level < kDeepChainLevels) {
+        orvia(level % 2 == 0 ? "even" : "odd", [level] { nest(level + 1); });
+    }
 }
 
 /// The call tree text of a chain of 100,000 levels whose nodes stand for the rows of the deep
@@ -189,10 +195,10 @@ int main(int argc, char** argv) {
     ptAddGrouping("Run");
     if (scaleRuns) {
         const int parents = std::atoi(argv[2]);
-        writeLargeRun(folder / "scale_base.hvf", parents, 1.0);
+        write(folder / "scale_base.hvf", largeRun(parents));
         // Below 1.4 no step of the clock passes the gap threshold, so both runs have the same rows
         // and align without a table.
-        writeLargeRun(folder / "scale_new.hvf", parents, 1.25);
+        write(folder / "scale_new.hvf", largeRun(parents), 1.25);
         ptClearRawData();
         return 0;
     }
@@ -202,27 +208,24 @@ int main(int argc, char** argv) {
     // the other lacks; the first inside an outer phase, so that compared with it the first row
     // is a parent that only the right side has; and the first with figures that are not
     // numbers or are infinite, as a damaged or foreign file may hold them.
-    run(memorySession(0));
-    save(folder / "memory_base.hvf");
-    run(memorySession(1), 1.5);
-    save(folder / "memory_new.hvf");
-    run([] { orvia("session", memorySession(0)); });
-    save(folder / "memory_outer.hvf");
-    const PTRawDataVector& damaged = run(memorySession(0));
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double inf = std::numeric_limits<double>::infinity();
-    damaged[2]->_wcTime = nan;  // the end of "evaluate parameters"
-    damaged[4]->_cpuTime = inf;
-    damaged[6]->_basicMem = boost::make_shared<pt::BasicMemStats>(nan, inf, -inf);
-    // A row keeps a detailed record only where its figures add up to more than 0.
-    damaged[8]->_detailedMem =
-        boost::make_shared<pt::DetailedMemStats>(inf, 64 * kMiB, 200 * kMiB, 40 * kMiB, 300 * kMiB);
-    save(folder / "non_finite.hvf");
+    write(folder / "memory_base.hvf", memorySession(0));
+    write(folder / "memory_new.hvf", memorySession(1), 1.5);
+    write(folder / "memory_outer.hvf", [] { orvia("session", memorySession(0)); });
+    write(folder / "non_finite.hvf", memorySession(0), 1.0, [](const PTRawDataVector& points) {
+        const double nan = std::numeric_limits<double>::quiet_NaN();
+        const double inf = std::numeric_limits<double>::infinity();
+        points[2]->_wcTime = nan;  // the end of "evaluate parameters"
+        points[4]->_cpuTime = inf;
+        points[6]->_basicMem = boost::make_shared<pt::BasicMemStats>(nan, inf, -inf);
+        // A row keeps a detailed record only where its figures add up to more than 0.
+        points[8]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
+            inf, 64 * kMiB, 200 * kMiB, 40 * kMiB, 300 * kMiB);
+    });
     // 50,000 phases, for the windowed tables.
-    writeLargeRun(folder / "large.hvf", 5000, 1.0);
+    write(folder / "large.hvf", largeRun(5000));
 
     // Names that break a page that does not escape them, and system information like them.
-    run([&] {
+    const auto hostile = [&] {
         ptLogOrviaData(group, "outer", true);
         for (const std::string name : {"say \"hi\"", "it's", "<b>bold</b>", "back\\slash",
                                        "</script><script>window.pwned=1</script>", "a & b",
@@ -233,10 +236,8 @@ int main(int argc, char** argv) {
             ptLogOrviaData(group, name, false);
         }
         ptLogOrviaData(group, "outer", false);
-    });
-    save(folder / "hostile.hvf", systemInfoOf([](const std::string& field) {
-                                     return "<i>" + field + "</i> & \"more\"";
-                                 }).get());
+    };
+    write(folder / "hostile.hvf", hostile, 1.0, {}, systemInfoOf("<i>", "</i> & \"more\"").get());
 
     // For the call tree: "step" (with "solve" inside) ten times in a row, two "worker" calls whose
     // children differ, a wait of a second before "deep1", which holds "needle" three levels down,
@@ -247,7 +248,7 @@ int main(int argc, char** argv) {
             orvia("step", [] { orvia("solve"); });
         }
     };
-    const PTRawDataVector& tree = run([&] {
+    const auto tree = [&] {
         orvia("main", [&] {
             orvia("init_self");
             orvia("init_post");
@@ -261,43 +262,45 @@ int main(int argc, char** argv) {
             loop(3);
             orvia("needle");
         });
+    };
+    write(folder / "call_tree.hvf", tree, 1.0, [&](const PTRawDataVector& points) {
+        for (std::size_t i = waitBefore; i < points.size(); ++i) {
+            points[i]->_wcTime += 1.0;
+            points[i]->_cpuTime += 1.0;
+        }
     });
-    for (std::size_t i = waitBefore; i < tree.size(); ++i) {
-        tree[i]->_wcTime += 1.0;
-        tree[i]->_cpuTime += 1.0;
-    }
-    save(folder / "call_tree.hvf");
 
     // A 64-bit address space: free and non-process figures in the millions of MiB that hardly
     // move, under a phase whose name is too long for the chart's labels.
-    const PTRawDataVector& wide = run([] {
+    const auto wide = [] {
         orvia("load data", [] {
             orvia("a phase whose name goes on " + std::string(300, 'x') + " to the end");
             for (int step = 0; step < 6; ++step) {
                 kestrune("plant", "step");
             }
         });
+    };
+    write(folder / "memory_wide.hvf", wide, 1.0, [](const PTRawDataVector& points) {
+        for (std::size_t index = 0; index < points.size(); ++index) {
+            const double usage = (200.0 + 10 * index) * kMiB;
+            points[index]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
+                128e6 * kMiB - usage, 64 * kMiB, usage, 40 * kMiB, 2e6 * kMiB + index * kMiB);
+        }
     });
-    for (std::size_t index = 0; index < wide.size(); ++index) {
-        const double usage = (200.0 + 10 * index) * kMiB;
-        wide[index]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
-            128e6 * kMiB - usage, 64 * kMiB, usage, 40 * kMiB, 2e6 * kMiB + index * kMiB);
-    }
-    save(folder / "memory_wide.hvf");
 
     // Line breaks other than the line feed in every kind of name and in the system information.
-    run([] {
+    const auto lineBreaks = [] {
         orvia("first\rline", [] {
             kestrune("model\r2", "para\u2029graph");
             ylvane("chart\u2028model", "chart\rone", "line\u2028separator");
         });
-    });
-    save(folder / "line_breaks.hvf",
-         systemInfoOf([](const std::string& field) { return field + "\r\u2028\u2029end"; }).get());
+    };
+    write(folder / "line_breaks.hvf", lineBreaks, 1.0, {},
+          systemInfoOf("", "\r\u2028\u2029end").get());
 
     // Phase names that are patterns: "(a+)+b" takes for ever to fail on the long run of 'a'
     // that stands beside it, and a name of a megabyte is too large a pattern to run.
-    run([] {
+    write(folder / "patterns.hvf", [] {
         orvia("patterns", [] {
             for (const std::string& name : {std::string("(a+)+b"), std::string(40, 'a') + "c",
                                             std::string(1 << 20, 'a'), std::string("[unclosed")}) {
@@ -305,19 +308,10 @@ int main(int argc, char** argv) {
             }
         });
     });
-    save(folder / "patterns.hvf");
 
-    // Phases nested 2,000 deep, "even" and "odd" in turn, deeper than a statement of the page's
-    // call tree holds; and the text of a chain of 100,000 levels over its rows.
-    run([] {
-        for (int level = 0; level < kDeepChainLevels; ++level) {
-            ptLogOrviaData("Run", level % 2 == 0 ? "even" : "odd", true);
-        }
-        for (int level = kDeepChainLevels - 1; level >= 0; --level) {
-            ptLogOrviaData("Run", level % 2 == 0 ? "even" : "odd", false);
-        }
-    });
-    save(folder / "deep_chain.hvf");
+    // Phases nested 2,000 deep, deeper than a statement of the page's call tree holds; and the
+    // text of a chain of 100,000 levels over its rows.
+    write(folder / "deep_chain.hvf", [] { nest(0); });
     writeDeepTree(folder / "deep_tree.js");
     ptClearRawData();
     return 0;
