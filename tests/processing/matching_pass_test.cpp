@@ -109,61 +109,48 @@ TEST_F(MatchingPass, RowsWaitsAndBrokenInstrumentation) {
     const struct {
         const char* what;
         const char* events;
-        Names names;
+        const char* name;
         Variant variant = Variant::Groupings;
     } cases[] = {
-        {"the end opens the level below as well", "A+10/1,A-12.5/1.75", {"G"}},
-        {"waits between top-level phases are in no row nor total", "A+0,A-1,B+1.05,B-3.05", {"G"}},
-        {"... however long", "A+0,A-1,B+2,B-4", {"G"}},
+        {"the end opens the level below as well", "A+10/1,A-12.5/1.75", "G"},
+        {"waits between top-level phases are in no row nor total", "A+0,A-1,B+1.05,B-3.05", "G"},
+        {"... however long", "A+0,A-1,B+2,B-4", "G"},
         {"a wait between children is a _post row, a copy of the parent before what follows",
-         "1Parent+0,1a+.01,1a-.02,1b+1.02,1b-1.03,1Parent-1.04",
-         {"G"}},
+         "1Parent+0,1a+.01,1a-.02,1b+1.02,1b-1.03,1Parent-1.04", "G"},
         {"a wait of exactly the threshold is no gap",
-         "P+0,a+0,a-0,b+0.10000000149011612,b-0.10000000149011612,P-0.10000000149011612",
-         {"G"}},
+         "P+0,a+0,a-0,b+0.10000000149011612,b-0.10000000149011612,P-0.10000000149011612", "G"},
         {"... one just above it is",
-         "P+0,a+0,a-0,b+0.10000000149011613,b-0.10000000149011613,P-0.10000000149011613",
-         {"G"}},
+         "P+0,a+0,a-0,b+0.10000000149011613,b-0.10000000149011613,P-0.10000000149011613", "G"},
         {"a wait before the first child is a _self row",
-         "2Parent+0,2child+1,2child-1.5,2Parent-1.6",
-         {"G"}},
+         "2Parent+0,2child+1,2child-1.5,2Parent-1.6", "G"},
         {"outline numbers restart under each parent",
-         "p1+.01,c1+.02,c1-.03,c2+.04,c2-.05,p1-.06,p2+.07,c1+.08,c1-.09,c2+.1,c2-.11,p2-.12",
-         {"G"}},
-        {"an end with nothing open", "A+.01,A-.02,B-.03", {"G"}},
-        {"an end that does not fit", "A+.01,B+.02,A-.03,B-.04", {"G"}},
-        {"a start that never ends", "A+.01,B+.02,B-.03", {"G"}},
-        {"two kinds interleaved", "A+.01,1A+.02,A-.03,1A-.04", {"G"}},
-        {"the first point an end", "X-.01,A+.02,B+.03,B-.04,A-.05", {"G"}},
-        {"... its row number used again, a level too deep for the rest", "X-0,A+.01,A-.02", {"G"}},
-        {"a phase that never ends keeps zero times", "A+5", {"G"}},
+         "p1+.01,c1+.02,c1-.03,c2+.04,c2-.05,p1-.06,p2+.07,c1+.08,c1-.09,c2+.1,c2-.11,p2-.12", "G"},
+        {"an end with nothing open", "A+.01,A-.02,B-.03", "G"},
+        {"an end that does not fit", "A+.01,B+.02,A-.03,B-.04", "G"},
+        {"a start that never ends", "A+.01,B+.02,B-.03", "G"},
+        {"two kinds interleaved", "A+.01,1A+.02,A-.03,1A-.04", "G"},
+        {"the first point an end", "X-.01,A+.02,B+.03,B-.04,A-.05", "G"},
+        {"... its row number used again, a level too deep for the rest", "X-0,A+.01,A-.02", "G"},
+        {"a phase that never ends keeps zero times", "A+5", "G"},
         {"the _self cut from Unaccounted Phase is taken up with its grouping",
-         "O:Unaccounted Phase+0,O:child+1,O:child-1.05,O:Unaccounted Phase-1.1",
-         {"O"}},
+         "O:Unaccounted Phase+0,O:child+1,O:child-1.05,O:Unaccounted Phase-1.1", "O"},
         {"... and not cut for an unselected grouping",
-         "U:Unaccounted Phase+0,S:child+1,S:child-1.5,U:Unaccounted Phase-1.6",
-         {"S"}},
+         "U:Unaccounted Phase+0,S:child+1,S:child-1.5,U:Unaccounted Phase-1.6", "S"},
         {"a skipped point: the wait counts from the last point taken up, the generated points "
          "stand right before the point after it",
-         "P+0,a+0,a-0,Skipped:s+.5,b+1,b-1,P-1",
-         {"G"}},
+         "P+0,a+0,a-0,Skipped:s+.5,b+1,b-1,P-1", "G"},
         {"after a point without memory records a wait is Unaccounted Phase",
-         "1P+0,1a+0,1a-0~,1b+1,1b-1,1P-1",
-         {"GLOBAL"}},
-        {"... which a model selection never takes up",
-         "1P+0,1a+0,1a-0~,1b+1,1b-1,1P-1",
-         {"GLOBAL"},
+         "1P+0,1a+0,1a-0~,1b+1,1b-1,1P-1", "GLOBAL"},
+        {"... which a model selection never takes up", "1P+0,1a+0,1a-0~,1b+1,1b-1,1P-1", "GLOBAL",
          M},
-        {"an empty list", "", {"G"}},
-        {"an empty list of models", "", {"GLOBAL"}, M},
-        {"an empty list in the diagnostic pass", "", {"G"}, D},
-        {"an unselected grouping", "A+0,A-1", {"Other"}},
-        {"no model points", "A+0,A-1", {"GLOBAL"}, M},
+        {"an empty list", "", "G"},
+        {"an empty list of models", "", "GLOBAL", M},
+        {"an empty list in the diagnostic pass", "", "G", D},
+        {"an unselected grouping", "A+0,A-1", "Other"},
+        {"no model points", "A+0,A-1", "GLOBAL", M},
         {"the diagnostic pass ends on a wait with nothing open, without totals",
-         "A+0,A-.5,B+2,B-2.5",
-         {"G"},
-         D},
-        {"... marks phases left open, as no error", "A+0,A-.5,B+2,B-2.5,C+3", {"G"}, D},
+         "A+0,A-.5,B+2,B-2.5", "G", D},
+        {"... marks phases left open, as no error", "A+0,A-.5,B+2,B-2.5,C+3", "G", D},
     };
     std::string text =
         "rows: row:number name type/depth/children start+elapsed, E error, G generated, "
@@ -172,7 +159,7 @@ TEST_F(MatchingPass, RowsWaitsAndBrokenInstrumentation) {
     for (const auto& c : cases) {
         PTRawDataVector log = logOf(c.events);
         const std::string before = listOf(log);
-        const Pass pass = run(log, c.names, c.variant);
+        const Pass pass = run(log, {c.name}, c.variant);
         text += "== " + std::string(c.what) + ": " + c.events + "\n" + rowsOf(pass);
         text += listOf(log) == before ? "" : "list: " + listOf(log) + "\n";
         text += "figures: " + describe(pass.data, 6) + (pass.leftOpen ? " left open\n" : "\n");
@@ -198,13 +185,12 @@ TEST_F(MatchingPass, PhasesNestedAHundredThousandDeep) {
         deepest += ".1";
     }
     for (const std::int32_t depth : {0, 1, 2, kDepth / 2, kDepth - 2, kDepth - 1}) {
-        const PTOrviaProcessedDataPoint& row = *data._rows[static_cast<std::size_t>(depth)]->_point;
-        EXPECT_EQ(row.stackDepth, depth);
-        EXPECT_EQ(row.HTMLPhaseNumString,
-                  deepest.substr(0, 2 * static_cast<std::size_t>(depth) + 1));
-        EXPECT_EQ(row.numChildren, depth + 1 < kDepth ? 1 : 0);
-        EXPECT_EQ(row.childrenIDs,
-                  PTRowRun(depth + 2, static_cast<std::size_t>(kDepth - depth - 1)));
+        const auto d = static_cast<std::size_t>(depth);
+        const PTOrviaProcessedDataPoint& row = *data._rows[d]->_point;
+        EXPECT_EQ(std::make_tuple(row.stackDepth, std::string(row.HTMLPhaseNumString),
+                                  row.numChildren, row.childrenIDs),
+                  std::make_tuple(depth, deepest.substr(0, 2 * d + 1), depth + 1 < kDepth ? 1 : 0,
+                                  PTRowRun(depth + 2, static_cast<std::size_t>(kDepth) - d - 1)));
         EXPECT_NEAR(row.wcElapsedTime, (2 * (kDepth - depth) - 1) * 1e-6, 1e-9);
     }
     if (!pt::testing::kSanitized) {
@@ -265,54 +251,46 @@ TEST_F(MatchingPass, GivesWhatTheDirectFormGives) {
         options.backwardsChance = round % 5 == 0 ? 0.1 : 0.0;
         options.faults = round % 3 == 0 ? 2 : 0;
         PTRawDataVector log = randomLog(rng, options);
-        // Memory records of every kind: missing, zero and real.
-        for (auto& point : log) {
-            const double basic = unit(rng);
-            if (basic < 0.1) {
+        for (auto& point : log) {  // memory records of every kind: missing, zero and real
+            if (unit(rng) < 0.1) {
                 point->_basicMem.reset();
             } else {
                 point->_basicMem =
                     boost::make_shared<pt::BasicMemStats>(std::floor(unit(rng) * 1e6), 0, 0);
             }
-            const double detailed = unit(rng);
-            if (detailed < 0.2) {
+            if (const double detailed = unit(rng); detailed < 0.2) {
                 point->_detailedMem.reset();
             } else if (detailed < 0.6) {
                 point->_detailedMem = boost::make_shared<pt::DetailedMemStats>(
                     std::floor(unit(rng) * 1e6), 0, 0, 0, 0);
             }
         }
-        const struct {
-            Variant variant;
-            Direct::Variant direct;
-            Names names;
-        } selections[] = {{Variant::Groupings, Direct::Variant::Groupings, {"GLOBAL"}},
-                          {Variant::Groupings, Direct::Variant::Groupings, {"Alpha", "Beta"}},
-                          {Variant::Models, Direct::Variant::Models, {"engine"}},
-                          {Variant::Models, Direct::Variant::Models, {"GLOBAL"}},
-                          {Variant::Diagnostic, Direct::Variant::Diagnostic, {"Alpha"}},
-                          {Variant::Diagnostic, Direct::Variant::Diagnostic, {"GLOBAL"}}};
-        for (const auto& selection : selections) {
-            const std::string what = "round " + std::to_string(round) + ", " + selection.names[0];
+        const std::pair<Variant, Names> selections[] = {
+            {Variant::Groupings, {"GLOBAL"}}, {Variant::Groupings, {"Alpha", "Beta"}},
+            {Variant::Models, {"engine"}},    {Variant::Models, {"GLOBAL"}},
+            {Variant::Diagnostic, {"Alpha"}}, {Variant::Diagnostic, {"GLOBAL"}}};
+        for (const auto& [variant, names] : selections) {
+            const std::string what = "round " + std::to_string(round) + ", " + names[0];
             PTRawDataVector expectedLog = copyLog(log);
-            Direct direct(selection.direct, selection.names);
+            // The direct form's variants are in the same order.
+            Direct direct(static_cast<Direct::Variant>(variant), names);
             direct.run(expectedLog);
 
             PTRawDataVector actualLog = copyLog(log);
-            const Pass pass = run(actualLog, selection.names, selection.variant);
+            const Pass pass = run(actualLog, names, variant);
             ASSERT_EQ(describe(actualLog, pass.map), describe(expectedLog, direct.map)) << what;
             ASSERT_EQ(describe(pass.data), describe(direct.out)) << what;
-            EXPECT_EQ(pass.leftOpen, selection.variant == Variant::Diagnostic && direct.leftOpen);
+            EXPECT_EQ(pass.leftOpen, variant == Variant::Diagnostic && direct.leftOpen);
             // Selections of well-formed logs, "Unaccounted Phase" in an unselected grouping
             // among them, have no error and leave nothing open.
             if (options.faults == 0) {
                 EXPECT_FALSE(pass.data._hasError || pass.leftOpen) << what;
             }
 
-            if (selection.variant != Variant::Diagnostic) {
+            if (variant != Variant::Diagnostic) {
                 PTRawDataVector selected = copyLog(log);
-                const PTProcessedData data = ptProcessRaw(*ptTracer(), selected, selection.names,
-                                                          selection.variant == Variant::Models);
+                const PTProcessedData data =
+                    ptProcessRaw(*ptTracer(), selected, names, variant == Variant::Models);
                 ASSERT_EQ(data._hasError, direct.out._hasError) << what;
                 if (!data._hasError) {
                     ASSERT_EQ(describe(data._rows), describe(direct.startRows(expectedLog)))
