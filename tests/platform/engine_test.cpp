@@ -58,11 +58,11 @@ TEST_F(Engine, SerialisedValuesComeBackEqual) {
         cmddistributor::detail::serializeHvArrays({s.get(), numbers.get(), empty.get(), nullptr});
     const auto back = cmddistributor::detail::deserializeHvArrays(bytes);
     ASSERT_EQ(back.size(), 4u);
-    EXPECT_TRUE(hvIsEqual(back[0].get(), s.get()));
-    EXPECT_TRUE(hvIsEqual(back[1].get(), numbers.get()));
-    EXPECT_TRUE(hvIsEqual(back[2].get(), empty.get()));
-    EXPECT_EQ(hvGetM(back[2].get()), 1u);  // a 1-by-0 cell stays 1-by-0
-    EXPECT_EQ(back[3], nullptr);
+    // A 1-by-0 cell stays 1-by-0.
+    EXPECT_EQ(
+        std::tuple(hvIsEqual(back[0].get(), s.get()), hvIsEqual(back[1].get(), numbers.get()),
+                   hvIsEqual(back[2].get(), empty.get()), hvGetM(back[2].get()), back[3].get()),
+        std::tuple(true, true, true, 1u, nullptr));
 
     // Truncated or altered bytes are refused, never half read.
     for (std::size_t cut = 0; cut < bytes.size(); ++cut) {

@@ -54,8 +54,7 @@ public:
     int loads = 0;
 
 private:
-    std::string _short = "Toy";
-    std::string _full = "Toys.Toy";
+    std::string _short = "Toy", _full = "Toys.Toy";
 };
 
 int gCalls = 0;

@@ -10,7 +10,8 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
+#include <iterator>
+#include <vector>
 
 #include <unistd.h>
 
@@ -35,9 +36,7 @@ protected:
     std::string write(PTRawDataVector& points, const std::string& grouping) {
         EXPECT_TRUE(writeDiagnosticReport(*ptTracer(), _file, grouping, &points));
         std::ifstream in(_file);
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
+        return {std::istreambuf_iterator<char>(in), {}};
     }
 
     std::string _file;
@@ -70,9 +69,10 @@ TEST_F(DiagnosticReport, GoldenPagesOfEachWidthAndOfWaits) {
         makePoint(1, "Model", "b", true, 0), makePoint(1, "Model", "b", false, 0),
         makePoint(2, "Chart", "c", true, 0), makePoint(2, "Chart", "c", false, 0)};
     PerformanceTracer& tracer = *ptTracer();
-    EXPECT_EQ(maxPointType(tracer, &widths, "Host"), 0);
-    EXPECT_EQ(maxPointType(tracer, &widths, "Model"), 1);
-    EXPECT_EQ(maxPointType(tracer, &widths, "GLOBAL"), 2);
+    EXPECT_EQ(
+        (std::vector{maxPointType(tracer, &widths, "Host"), maxPointType(tracer, &widths, "Model"),
+                     maxPointType(tracer, &widths, "GLOBAL")}),
+        (std::vector{0, 1, 2}));
     text += "=== host-language rows alone ===\n" + write(widths, "Host");
     PTRawDataVector mixed = {
         makePoint(0, "M", "a", true, 0),     makePoint(1, "M", "b", true, 0),

@@ -15,56 +15,53 @@
 namespace pt::report {
 namespace {
 
-std::string section(const std::string& name, const std::string& text) {
-    return "=== " + name + " ===\n" + text;
-}
-
 TEST(PageFragments, GoldenTextOfTheFixedParts) {
     std::string text;
-    text += section("doctype", ptHtmlDoctype());
-    text += section("head of a page of depth 0", ptHtmlHead(0, "GLOBAL", false));
-    text += section("head of a comparison of depth 3",
-                    ptHtmlHead(3, "Build Performance Comparison", true));
-    text += section("head titles", ptHtmlHead(2, "", false).substr(0, 60) + "\n" +
-                                       ptHtmlHead(2, "a \"b\" <c>", false).substr(0, 60) + "\n");
+    const auto section = [&text](const std::string& name, const std::string& body) {
+        text += "=== " + name + " ===\n" + body;
+    };
+    section("doctype", ptHtmlDoctype());
+    section("head of a page of depth 0", ptHtmlHead(0, "GLOBAL", false));
+    section("head of a comparison of depth 3", ptHtmlHead(3, "Build Performance Comparison", true));
+    section("head titles", ptHtmlHead(2, "", false).substr(0, 60) + "\n" +
+                               ptHtmlHead(2, "a \"b\" <c>", false).substr(0, 60) + "\n");
     for (const char* metric : {"time", "detailedmemory"}) {
-        text += section(std::string("bars of a Detail page, ") + metric,
-                        ptHtmlHeaderTable(false, metric, false));
-        text += section(std::string("bars of a Difference page, ") + metric,
-                        ptHtmlHeaderTable(true, metric, false));
+        section(std::string("bars of a Detail page, ") + metric,
+                ptHtmlHeaderTable(false, metric, false));
+        section(std::string("bars of a Difference page, ") + metric,
+                ptHtmlHeaderTable(true, metric, false));
     }
-    text += section("bars of an Aggregate page", ptHtmlHeaderTable(false, "time", true));
-    text += section("bars of an Aggregate Difference page", ptHtmlHeaderTable(true, "time", true));
-    text += section("body, time", ptHtmlBodyOpen("time", true, false));
-    text += section("body, detailed memory", ptHtmlBodyOpen("detailedmemory", true, false));
-    text += section("body, aggregate page with detailed memory",
-                    ptHtmlBodyOpen("detailedmemory", true, true));
-    text += section("aggregate container", ptHtmlAggregateDiv());
+    section("bars of an Aggregate page", ptHtmlHeaderTable(false, "time", true));
+    section("bars of an Aggregate Difference page", ptHtmlHeaderTable(true, "time", true));
+    section("body, time", ptHtmlBodyOpen("time", true, false));
+    section("body, detailed memory", ptHtmlBodyOpen("detailedmemory", true, false));
+    section("body, aggregate page with detailed memory",
+            ptHtmlBodyOpen("detailedmemory", true, true));
+    section("aggregate container", ptHtmlAggregateDiv());
     for (bool comparison : {false, true}) {
         for (bool aggregate : {false, true}) {
-            text += section(std::string("strips") + (comparison ? ", comparison" : "") +
-                                (aggregate ? ", aggregate" : ""),
-                            ptHtmlScrollDivs(comparison, aggregate));
+            section(std::string("strips") + (comparison ? ", comparison" : "") +
+                        (aggregate ? ", aggregate" : ""),
+                    ptHtmlScrollDivs(comparison, aggregate));
         }
     }
-    text += section("instrumentation error page", ptHtmlInstrumentationErrorPage());
-    text += section("missing statistics page", ptHtmlMissingStatisticsPage(false));
-    text += section("missing statistics page of a comparison", ptHtmlMissingStatisticsPage(true));
+    section("instrumentation error page", ptHtmlInstrumentationErrorPage());
+    section("missing statistics page", ptHtmlMissingStatisticsPage(false));
+    section("missing statistics page of a comparison", ptHtmlMissingStatisticsPage(true));
 
     SystemInfoRecord record{"cpu", "2.3 GHz", "2", "N/A", "Linux <x>", "1.0", "none", "a & b"};
-    text += section("System Info tab", ptHtmlSystemInfoTab(&record));
-    text += section("System Info tab without a record", ptHtmlSystemInfoTab(nullptr));
-    text += section("System Info tab of a comparison", ptHtmlSystemInfoDiffTab(&record, &record));
+    section("System Info tab", ptHtmlSystemInfoTab(&record));
+    section("System Info tab without a record", ptHtmlSystemInfoTab(nullptr));
+    section("System Info tab of a comparison", ptHtmlSystemInfoDiffTab(&record, &record));
     for (bool comparison : {false, true}) {
         for (const char* metric : {"time", "basicmemory", "detailedmemory"}) {
-            text += section(
-                std::string("Details panel, ") + metric + (comparison ? ", comparison" : ""),
-                ptHtmlPhasePanel(metric, comparison));
+            section(std::string("Details panel, ") + metric + (comparison ? ", comparison" : ""),
+                    ptHtmlPhasePanel(metric, comparison));
         }
     }
-    text += section("Call Tree panel", ptHtmlCallTreePanel());
-    text += section("memory chart's elements", ptHtmlCanvasShell(true));
-    text += section("difference memory chart's elements", ptHtmlCanvasShellDiff(true));
+    section("Call Tree panel", ptHtmlCallTreePanel());
+    section("memory chart's elements", ptHtmlCanvasShell(true));
+    section("difference memory chart's elements", ptHtmlCanvasShellDiff(true));
     pt::testing::expectGoldenText(PT_REPORT_GOLDEN_DIR, "page_fragments", text);
 }
 

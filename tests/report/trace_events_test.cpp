@@ -1,11 +1,8 @@
-// The Trace Event export: what each kind of row becomes, and, over random logs (broken ones and
-// ones whose clocks step backwards included), the rules every viewer relies on: each event has
-// name, ph, ts, pid and tid; complete events have a duration of at least 0 and nest as the rows
-// do, children inside their parents; the events are the rows of the matching pass that are not
-// error rows, and the error rows are counted.
+// The Trace Event export: what each kind of row becomes, and, over random logs, the rules every
+// viewer relies on: the five fields, complete events nested as the rows are, one event for each
+// row of the matching pass that is not an error row, and the error rows counted.
 
-// The JSON reader of Boost's property trees includes the old bind header, which otherwise
-// announces its deprecation in every build.
+// Keeps the old bind header, which the JSON reader includes, from announcing its deprecation.
 #define BOOST_BIND_GLOBAL_PLACEHOLDERS
 
 #include "report/trace_events.h"
@@ -71,17 +68,12 @@ protected:
             for (const char* field : {"name", "ph", "ts", "pid", "tid"}) {
                 EXPECT_TRUE(node.get_child_optional(field)) << field << " missing";
             }
-            Event event;
-            event.name = node.get<std::string>("name");
-            event.ph = node.get<std::string>("ph");
-            event.cat = node.get<std::string>("cat", "");
-            event.ts = node.get<std::int64_t>("ts");  // an integer, or the read throws
-            event.dur = node.get<std::int64_t>("dur", 0);
-            if (event.ph == "X") {
-                EXPECT_TRUE(node.get_child_optional("dur")) << event.name;
-            }
-            event.args = node.get_child("args", ptree());
-            events.push_back(event);
+            // The times are integers, or the read throws.
+            const Event& event = events.emplace_back(
+                Event{node.get<std::string>("name"), node.get<std::string>("ph"),
+                      node.get<std::string>("cat", ""), node.get<std::int64_t>("ts"),
+                      node.get<std::int64_t>("dur", 0), node.get_child("args", ptree())});
+            EXPECT_TRUE(event.ph != "X" || node.get_child_optional("dur")) << event.name;
         }
         EXPECT_EQ(_written.phases,
                   static_cast<std::size_t>(std::count_if(
@@ -128,8 +120,8 @@ TEST_F(TraceEvents, EachKindOfRow) {
     PTRawDataVector plain = {makePoint(1, "Run", "solve", true, 1.0),
                              makePoint(1, "Run", "solve", false, 1.5)};
     const std::vector<Event> events = exportOf(plain, {});
-    EXPECT_EQ(ofKind(events, "X").size(), 1u);
-    EXPECT_EQ(ofKind(events, "C").size(), 0u);
+    EXPECT_EQ(std::pair(ofKind(events, "X").size(), ofKind(events, "C").size()),
+              std::pair(1ul, 0ul));
 }
 
 /// Every pair of complete events is either disjoint or one holds the other; in file order,
