@@ -27,8 +27,11 @@ protected:
         return ptGetAggregateProcessedData(_data._rows);
     }
 
+    static std::int32_t id(const char* phase) {
+        return static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, phase));
+    }
     static const PTAggregateDataPoint& entry(const PTAggregateMap& map, const char* phase) {
-        return *map.at(static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, phase)));
+        return *map.at(id(phase));
     }
 
     PTProcessedData _data;
@@ -40,14 +43,13 @@ TEST_F(Aggregation, ParentsHaveOnlyTheirGeneratedSelfTime) {
     const PTAggregateMap map = aggregate(
         logOf("P+0,c+.01,c-.02,P-.03,P+1,c+1.5,c-1.75,P-1.8,Q+3,c+3,c-3,d+3.5,d-3.5,Q-3.5"));
     const auto& parent = entry(map, "P");
-    EXPECT_TRUE(parent._isParent);
-    EXPECT_EQ(parent._count, 2);  // the "_self" row is no execution
+    // The "_self" row is no execution and no entry; "_post" rows are phases of their own.
+    EXPECT_EQ(std::make_tuple(parent._isParent, parent._count, map.count(id("P_self")),
+                              entry(map, "Q")._wcSelf, entry(map, "c")._count),
+              std::make_tuple(true, 2, 0u, 0.0, 3));
     EXPECT_DOUBLE_EQ(parent._wcTotal, 0.83);
     EXPECT_DOUBLE_EQ(parent._wcSelf, 0.5);
-    EXPECT_EQ(map.count(static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, "P_self"))), 0u);
-    EXPECT_EQ(entry(map, "Q")._wcSelf, 0.0);
-    EXPECT_DOUBLE_EQ(entry(map, "c_post")._wcSelf, 0.5);  // "_post" rows are phases of their own
-    EXPECT_EQ(entry(map, "c")._count, 3);
+    EXPECT_DOUBLE_EQ(entry(map, "c_post")._wcSelf, 0.5);
 }
 
 TEST_F(Aggregation, GeneratedRowsWithChildrenEmptyListsAndSelfRows) {
@@ -79,12 +81,10 @@ TEST_F(Aggregation, SelfInTheNameAndEntriesAcrossGroupings) {
     const PTAggregateMap map = aggregate(
         logOf("G1:_selfish+0,G1:_selfish-.5,G1:A_self+1,G1:A_self-1.5,1G2:shared+2,G3:shared+2,"
               "G3:shared-2,1G2:shared-3"));
-    EXPECT_EQ(entry(map, "_selfish")._count, 1);
-    EXPECT_EQ(map.count(static_cast<std::int32_t>(ptNameID(PT_TABLE_PHASE, "A_self"))), 0u);
-    const auto& shared = entry(map, "shared");
-    EXPECT_EQ(shared._count, 2);
-    EXPECT_EQ(ptNameStr(PT_TABLE_GROUPING, shared._groupingID), "G2");  // the first row's
-    EXPECT_TRUE(shared._isParent);
+    const auto& shared = entry(map, "shared");  // in the grouping of its first row
+    EXPECT_EQ(std::make_tuple(entry(map, "_selfish")._count, map.count(id("A_self")), shared._count,
+                              ptNameStr(PT_TABLE_GROUPING, shared._groupingID), shared._isParent),
+              std::make_tuple(1, 0u, 2, "G2", true));
     // Ascending by phase id.
     std::int32_t last = -1;
     for (const auto& [phase, aggregate] : map) {
@@ -101,10 +101,10 @@ TEST_F(Aggregation, MaximaNeverGoBelowZeroAndParentsAddNoDeltas) {
     }
     log[3]->_basicMem->procMemUsage = -1 * 1048576.0;  // the parent grows by 4 MiB
     const PTAggregateMap map = aggregate(log);
-    const auto& parent = entry(map, "P");
-    EXPECT_EQ(parent._usageMax, 0.0);        // -1 MiB is not above the start value 0
-    EXPECT_EQ(parent._usageDeltaSum, 0.0L);  // a parent adds no deltas of its own
-    EXPECT_EQ(entry(map, "c")._usageDeltaSum, 0.0L);
+    // -1 MiB is not above the start value 0; a parent adds no deltas of its own.
+    EXPECT_EQ(std::make_tuple(entry(map, "P")._usageMax, entry(map, "P")._usageDeltaSum,
+                              entry(map, "c")._usageDeltaSum),
+              std::make_tuple(0.0, 0.0L, 0.0L));
 }
 
 }  // namespace

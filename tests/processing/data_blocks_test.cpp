@@ -7,6 +7,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <limits>
 #include <sstream>
 #include <tuple>
@@ -116,20 +117,15 @@ TEST_F(DataBlocks, CarryOversOfTheComparisonWriter) {
     // A right-only parent keeps the right self texts of the row before it.
     const auto pairs = ptAlignRows(t, _left._rows, _right._rows);
     const auto fields = records(ptHtmlProcDiffData(t, pairs, "time", "LHS", "RHS"));
-    std::size_t verify = 0;
-    for (std::size_t i = 0; i < pairs.size(); ++i) {
-        if (pairs[i].kind == PT_ALIGN_RHS_ONLY &&
-            ptGetPhaseStr(pairs[i].right->_phaseID) == "verify") {
-            verify = i;
-        }
-    }
-    ASSERT_GT(verify, 0u);
-    const auto& before = fields[verify - 1];
-    const auto& parent = fields[verify];
+    const auto verify = std::find_if(pairs.begin(), pairs.end(), [](const auto& pair) {
+        return pair.kind == PT_ALIGN_RHS_ONLY && ptGetPhaseStr(pair.right->_phaseID) == "verify";
+    });
+    ASSERT_TRUE(verify != pairs.end() && verify != pairs.begin());
+    const auto at = static_cast<std::size_t>(verify - pairs.begin());
+    const auto &parent = fields[at], &before = fields[at - 1];
     // Fields 9 to 16: the four left texts, then RHS_WCSelf, RHS_WCSelfPlusChild, RHS_CPUSelf.
-    EXPECT_EQ(parent[9], "-99.99");
-    EXPECT_EQ(parent[13], before[13]);
-    EXPECT_EQ(parent[15], before[15]);
+    EXPECT_EQ(std::make_tuple(parent[9], parent[13], parent[15]),
+              std::make_tuple("-99.99", before[13], before[15]));
     EXPECT_NE(parent[14], before[14]);
 
     // A right-only parent on the first row has no row before it: its self texts start as "0".

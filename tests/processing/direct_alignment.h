@@ -25,8 +25,7 @@ public:
         : _left(std::move(left)), _right(std::move(right)), _keyOf(std::move(keyOf)) {}
 
     std::vector<PTAlignedPairOf<Row>> align() {
-        const std::size_t n = _left.size();
-        const std::size_t m = _right.size();
+        const std::size_t n = _left.size(), m = _right.size();
         _table = static_cast<std::uint64_t**>(utMalloc((n + 1) * sizeof(std::uint64_t*)));
         for (std::size_t i = 0; i <= n; ++i) {
             _table[i] = static_cast<std::uint64_t*>(utCalloc(m + 1, sizeof(std::uint64_t)));
@@ -72,8 +71,7 @@ private:
         }
     }
 
-    std::vector<const Row*> _left;
-    std::vector<const Row*> _right;
+    std::vector<const Row*> _left, _right;
     KeyOf _keyOf;
     std::uint64_t** _table = nullptr;
 };

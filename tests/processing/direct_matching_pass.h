@@ -19,6 +19,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -149,8 +150,7 @@ private:
     void first(const PointPtr& cur) {
         if (cur->_isPhaseStart) {
             start(cur);
-            out._baseWC = cur->_wcTime;
-            out._baseCPU = cur->_cpuTime;
+            std::tie(out._baseWC, out._baseCPU) = std::tie(cur->_wcTime, cur->_cpuTime);
             return;
         }
         auto row = boost::make_shared<PTDiagnosticInfo>(cur, _rowCounter, _depth++);
@@ -230,8 +230,7 @@ private:
 
     bool insertGap(PTRawDataVector& raw, const PointPtr& cur, std::size_t i) {
         const PointPtr top = _stack.front();
-        PointPtr g1 = top->clone();
-        PointPtr g2 = top->clone();
+        PointPtr g1 = top->clone(), g2 = top->clone();
         std::string name = _prev->_isPhaseStart && cur->_isPhaseStart
                                ? _t.idToName(PT_TABLE_PHASE, top->_phaseID) + "_self"
                                : _t.idToName(PT_TABLE_PHASE, _prev->_phaseID) + "_post";
@@ -246,16 +245,14 @@ private:
             if (_prev->_detailedMem) {
                 g1->_detailedMem = boost::make_shared<pt::DetailedMemStats>(*_prev->_detailedMem);
             }
-            g1->_wcTime = _prev->_wcTime;
-            g1->_cpuTime = _prev->_cpuTime;
+            std::tie(g1->_wcTime, g1->_cpuTime) = std::tie(_prev->_wcTime, _prev->_cpuTime);
             if (cur->_basicMem) {
                 g2->_basicMem = boost::make_shared<pt::BasicMemStats>(*cur->_basicMem);
             }
             if (cur->_detailedMem) {
                 g2->_detailedMem = boost::make_shared<pt::DetailedMemStats>(*cur->_detailedMem);
             }
-            g2->_wcTime = cur->_wcTime;
-            g2->_cpuTime = cur->_cpuTime;
+            std::tie(g2->_wcTime, g2->_cpuTime) = std::tie(cur->_wcTime, cur->_cpuTime);
         }
         g1->_isPhaseStart = true;
         g2->_isPhaseStart = false;
@@ -276,14 +273,10 @@ private:
     PerformanceTracer& _t;
     Variant _variant;
     std::vector<std::string> _names;
-    bool _unaccountedKnown = false;
-    std::int32_t _unaccounted = -1;
-    std::int32_t _diagnosticGrouping = -1;
+    bool _unaccountedKnown = false, _lastWasStart = false;
+    std::int32_t _unaccounted = -1, _diagnosticGrouping = -1, _depth = 0, _rowCounter = 1;
     std::deque<PointPtr> _stack;
     std::vector<std::int32_t> _levels;
-    std::int32_t _depth = 0;
-    std::int32_t _rowCounter = 1;
-    bool _lastWasStart = false;
     PointPtr _prev;
     std::map<PTOrviaProcessedDataPoint*, std::vector<std::int32_t>> _descendants;
 };

@@ -57,13 +57,13 @@ TEST_F(ProcessedPoints, SamePhaseKeysAndIds) {
     const PTKestruneProcessedDataPoint model(*makePoint(1, "G", "phase", true, 0));
     const PTYlvaneProcessedDataPoint chart(*makePoint(2, "G", "phase", true, 0));
     // The host-language form ignores the other row's kind; the wider ones do not.
-    EXPECT_TRUE(host.isSamePhase(model));
-    EXPECT_FALSE(model.isSamePhase(host));
-    EXPECT_FALSE(model.isSamePhase(chart));
-    EXPECT_TRUE(chart.isSamePhase(PTYlvaneProcessedDataPoint(chart)));
     PTKestruneProcessedDataPoint otherTarget(model);
     otherTarget._targetID = static_cast<std::int32_t>(ptNameID(PT_TABLE_TARGET, "other"));
-    EXPECT_FALSE(model.isSamePhase(otherTarget));
+    EXPECT_EQ(
+        std::make_tuple(host.isSamePhase(model), model.isSamePhase(host), model.isSamePhase(chart),
+                        chart.isSamePhase(PTYlvaneProcessedDataPoint(chart)),
+                        model.isSamePhase(otherTarget)),
+        std::make_tuple(true, false, false, true, false));
 
     EXPECT_EQ(host.alignmentKey() + " " + model.alignmentKey() + " " + chart.alignmentKey(),
               "phaseG phaseGmodeltarget phaseGmodeltargetmachinechart");
@@ -113,19 +113,17 @@ TEST_F(ProcessedPoints, RowPiecesInExportOrder) {
     row.basicMemToRow(cells.get(), index);
     row.stateToRow(cells.get(), index);
     ASSERT_EQ(index, 23u);
-    EXPECT_EQ(hvGetScalar(hvGetCell(cells.get(), 0)), 1.0);
-    EXPECT_EQ(hvGetScalar(hvGetCell(cells.get(), 9)), 10.0);
-    EXPECT_EQ(hvGetScalar(hvGetCell(cells.get(), 15)), 6.0);
-    EXPECT_TRUE(hvIsLogicalScalarTrue(hvGetCell(cells.get(), 16)));
-    EXPECT_TRUE(hvIsLogicalScalar(hvGetCell(cells.get(), 17)));
-    EXPECT_EQ(hvArrayToStdString(hvGetCell(cells.get(), 18)), "1.2");
-    EXPECT_EQ(hvGetClassID(hvGetCell(cells.get(), 19)), hvClassID::UInt32);
-    EXPECT_EQ(hvGetScalar(hvGetCell(cells.get(), 19)), 4.0);
-    const hvArray* children = hvGetCell(cells.get(), 22);
-    ASSERT_TRUE(hvIsCell(children));
-    ASSERT_EQ(hvGetN(children), 2u);
-    EXPECT_EQ(hvGetClassID(hvGetCell(children, 1)), hvClassID::Int32);
-    EXPECT_EQ(hvGetScalar(hvGetCell(children, 1)), 6.0);
+    const auto cell = [&](std::size_t i) { return hvGetCell(cells.get(), i); };
+    EXPECT_EQ(std::make_tuple(hvGetScalar(cell(0)), hvGetScalar(cell(9)), hvGetScalar(cell(15)),
+                              hvIsLogicalScalarTrue(cell(16)), hvIsLogicalScalar(cell(17)),
+                              hvArrayToStdString(cell(18)), hvGetClassID(cell(19)),
+                              hvGetScalar(cell(19))),
+              std::make_tuple(1.0, 10.0, 6.0, true, true, "1.2", hvClassID::UInt32, 4.0));
+    const hvArray* children = cell(22);
+    ASSERT_TRUE(hvIsCell(children) && hvGetN(children) == 2u);
+    EXPECT_EQ(
+        std::make_pair(hvGetClassID(hvGetCell(children, 1)), hvGetScalar(hvGetCell(children, 1))),
+        std::make_pair(hvClassID::Int32, 6.0));
 }
 
 }  // namespace

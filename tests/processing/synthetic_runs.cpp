@@ -130,22 +130,17 @@ PTRawDataVector synthesizeRun(const PTRawDataVector& log, const Synthesis& synth
 
 std::vector<std::string> leafPhases(const PTRawDataVector& log) {
     std::set<std::int32_t> parents;
-    std::vector<std::int32_t> order;
-    for (std::size_t i = 0; i < log.size(); ++i) {
-        if (!log[i]->_isPhaseStart) {
-            continue;
-        }
-        if (std::find(order.begin(), order.end(), log[i]->_phaseID) == order.end()) {
-            order.push_back(log[i]->_phaseID);
-        }
-        if (i + 1 < log.size() && log[i + 1]->_isPhaseStart) {
+    for (std::size_t i = 0; i + 1 < log.size(); ++i) {
+        if (log[i]->_isPhaseStart && log[i + 1]->_isPhaseStart) {
             parents.insert(log[i]->_phaseID);
         }
     }
     std::vector<std::string> leaves;
-    for (std::int32_t phase : order) {
-        if (parents.count(phase) == 0) {
-            leaves.push_back(ptNameStr(PT_TABLE_PHASE, phase));
+    for (const auto& point : log) {
+        const std::string name = ptNameStr(PT_TABLE_PHASE, point->_phaseID);
+        if (point->_isPhaseStart && parents.count(point->_phaseID) == 0 &&
+            std::find(leaves.begin(), leaves.end(), name) == leaves.end()) {
+            leaves.push_back(name);
         }
     }
     return leaves;
