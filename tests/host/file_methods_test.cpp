@@ -20,36 +20,13 @@ protected:
         raw[2]->_detailedMem = boost::make_shared<pt::DetailedMemStats>(5, 4, 3, 2, 1);
         raw[0]->_isGenerated = true;  // not saved
     }
-
-    /// Each point as text, by name, so that runs with other tables compare equal.
-    static std::vector<std::string> describeStore() {
-        std::vector<std::string> out;
-        for (const auto& p : *ptTracer()->_rawData) {
-            std::string text =
-                std::to_string(p->_pointType) + "|" + ptNameStr(PT_TABLE_GROUPING, p->_groupingID) +
-                "|" + ptGetPhaseStr(p->_phaseID) + "|" + std::to_string(p->_isPhaseStart) + "|" +
-                std::to_string(p->_wcTime) + "|" + std::to_string(p->_cpuTime) + "|" +
-                std::to_string(p->_basicMem ? p->_basicMem->procMemUsagePeak : -1) + "|" +
-                std::to_string(p->_detailedMem ? p->_detailedMem->freeMem : 0) + "|" +
-                std::to_string(p->_isGenerated);
-            if (const auto* k = dynamic_cast<const PTKestruneDataPoint*>(p.get())) {
-                text += "|" + ptGetModelStr(k->_modelID) + "|" + ptGetTargetStr(k->_targetID) +
-                        "|" + ptGetStatisticsTypeStr(k->_statisticsTypeID);
-            }
-            if (const auto* y = dynamic_cast<const PTYlvaneDataPoint*>(p.get())) {
-                text += "|" + ptGetMachineStr(y->_machineID) + "|" + ptGetChartStr(y->_chartID);
-            }
-            out.push_back(text);
-        }
-        return out;
-    }
 };
 
 TEST_F(FileMethods, ARunSurvivesASaveAndALoad) {
     logRunWithMemory();
     const std::string file = path("run.hvf");
     call("PerfTools.Tracer.saveToFile", valuesOf(text(file)));
-    const std::vector<std::string> saved = describeStore();
+    const std::vector<std::string> saved = describe(*ptTracer()->_rawData);
 
     // Another run, whose tables give other ids to the same names.
     ptClearRawData();
@@ -61,11 +38,15 @@ TEST_F(FileMethods, ARunSurvivesASaveAndALoad) {
     ptEnableTracer("Run", true);
     call("PerfTools.Tracer.loadTracerData", valuesOf(text(file)));
 
-    // The root goes from phase names, and _isGenerated is not kept.
+    // The root goes from phase names, _isGenerated is not kept, and the rows of host-language
+    // points carry no detailed memory figures.
     std::vector<std::string> expected = saved;
     expected[0].replace(expected[0].find("/opt/orvia/"), 11, "").back() = '0';
     expected[5].replace(expected[5].find("/opt/orvia/"), 11, "");
-    EXPECT_EQ(describeStore(), expected);
+    for (const std::size_t orvia : {0, 5, 6, 7}) {
+        expected[orvia].erase(expected[orvia].find("|d0 0"), 5);
+    }
+    EXPECT_EQ(describe(*ptTracer()->_rawData), expected);
     EXPECT_EQ(ptTracer()->_systemInfo->totalPhysMemStr, "N/A");
 
     // Logging goes on after the loaded points; the groupings and their states are as they were.

@@ -40,27 +40,6 @@ protected:
     }
 };
 
-/// A file-size limit for the test process, with the signal that it raises ignored, so that a
-/// write past it fails as a write to a full disk does.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &_before);
-        _handler = std::signal(SIGXFSZ, SIG_IGN);
-        rlimit limit = _before;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &_before);
-        std::signal(SIGXFSZ, _handler);
-    }
-
-private:
-    rlimit _before{};
-    void (*_handler)(int);
-};
-
 TEST_F(FileSafety, ASaveThatCannotWriteItsBytesRaisesAndKeepsTheEarlierFile) {
     const std::string file = path("run.hvf");
     logPoints(3);
@@ -73,11 +52,16 @@ TEST_F(FileSafety, ASaveThatCannotWriteItsBytesRaisesAndKeepsTheEarlierFile) {
     for (const int points : {5, 200000}) {
         SCOPED_TRACE(points);
         logPoints(points);
-        {
-            const FileSizeLimit limit(64);
-            expectRefused("PerfTools.Tracer.saveToFile", valuesOf(text(file)),
-                          tracerError("DataWriteFail", {"Raw Data", file}));
-        }
+        // A file-size limit, with its signal ignored, fails a write as a full disk does.
+        rlimit before{}, limit{};
+        getrlimit(RLIMIT_FSIZE, &before);
+        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+        limit = {64, before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        expectRefused("PerfTools.Tracer.saveToFile", valuesOf(text(file)),
+                      tracerError("DataWriteFail", {"Raw Data", file}));
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handler);
         EXPECT_TRUE(bytesOf(file) == earlier);
         EXPECT_EQ(folderNames(), names);
 
@@ -171,18 +155,6 @@ TEST_F(FileSafety, WhatIsNoFileToReadIsRefusedAtOnce) {
     EXPECT_EQ(folderNames(), (std::vector<std::string>{"fifo.hvf", "folder.hvf", "run.hvf"}));
 }
 
-/// The resident memory's high-water mark, in KiB, since the last reset.
-long peakKiB() {
-    std::ifstream status("/proc/self/status");
-    std::string line;
-    while (std::getline(status, line)) {
-        if (line.rfind("VmHWM:", 0) == 0) {
-            return std::stol(line.substr(6));
-        }
-    }
-    return 0;
-}
-
 TEST_F(FileSafety, AFileThatClaimsMoreThanItHoldsIsRefusedWithoutTheMemory) {
     // 4 MB of stream that inflates to 4 MB, under a header that claims 4 GB.
     std::mt19937 rng(3);
@@ -208,6 +180,14 @@ TEST_F(FileSafety, AFileThatClaimsMoreThanItHoldsIsRefusedWithoutTheMemory) {
         .write(reinterpret_cast<const char*>(file.data()), static_cast<long>(file.size()));
     content = {};
 
+    // The resident memory's high-water mark, in KiB, since the reset.
+    const auto peakKiB = [] {
+        std::ifstream status("/proc/self/status");
+        std::string line;
+        while (std::getline(status, line) && !line.starts_with("VmHWM:")) {
+        }
+        return std::stol(line.substr(6));
+    };
     std::ofstream("/proc/self/clear_refs") << "5";
     const long before = peakKiB();
     expectRefused("PerfTools.Tracer.loadTracerData", valuesOf(text(claims)),

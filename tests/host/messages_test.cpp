@@ -7,6 +7,7 @@
 
 #include <cctype>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,50 +16,35 @@
 
 namespace {
 
-/// Each message id with the arguments the methods pass, its text in golden/messages.txt.
-const std::vector<std::vector<std::string>> kMessages = {
-    {"ExpectedEvenNumberOfParameters"},
-    {"InvalidNames"},
-    {"NoRawTracerData"},
-    {"MissingHvfExt"},
-    {"OpenFileFailed", "runs/a.hvf"},
-    {"OpenFileFailed", ""},
-    {"OpenFileFailed", "run."},
-    {"WriteFileFailed", "r.html"},
-    {"MinParamsNotReached", "1"},
-    {"MinParamsNotReached", "4"},
-    {"MaxParamsExceeded", "1"},
-    {"MaxParamsExceeded", "8"},
-    {"UnexpectedValue", "lhslabel"},
-    {"UnexpectedValue", "MyGroup"},
-    {"UnexpectedValue", ""},
-    {"UnexpectedValue", "installed products: [evalcapture('ver')]"},
-    {"ParameterMismatchBoolean", "Start of Phase"},
-    {"WindowsOnlyFeature", "Detailed Memory Statistics"},
-    {"ParameterMismatchString", "Model Name"},
-    {"ParameterMismatchString", "htmlfile"},
-    {"InvalidMetric", "time", "basicmemory", "detailedmemory"},
-    {"NoRawTracerDataLoaded", "left.hvf"},
-    {"NoRawTracerDataLoaded", ""},
-    {"ExpectedNames", "'grouping' or 'model'"},
-    {"ExpectedNames", "'htmlfile' must be set"},
-    {"ExpectedNames", "'htmlfile' must be set."},
-    {"ExpectedNames", "'htmlfile' and one of 'lhsfile' or 'rhsfile' to be set."},
-    {"ExpectedNames", "at least one of 'lhsfile' or 'rhsfile' must be set"},
-    {"AddGroupingError", "Group: A"},
-    {"AddGroupingError", "Sub group: B"},
-    {"AddGroupingExpectedString"},
-    {"RemoveGroupingError", "Run"},
-    {"RemoveGroupingError", ""},
-    {"DataWriteFail", "Raw Data", "run.hvf"},
-    {"DataWriteFail", "System Information", "run.hvf"},
-    {"DataWriteFail", "Orvia Root", "run.hvf"},
-};
+/// Each message id with the arguments the methods pass, one a line, split by "|"; their texts
+/// are in golden/messages.txt.
+const std::string kMessages =
+    "ExpectedEvenNumberOfParameters\nInvalidNames\nNoRawTracerData\nMissingHvfExt\n"
+    "OpenFileFailed|runs/a.hvf\nOpenFileFailed|\nOpenFileFailed|run.\nWriteFileFailed|r.html\n"
+    "MinParamsNotReached|1\nMinParamsNotReached|4\nMaxParamsExceeded|1\nMaxParamsExceeded|8\n"
+    "UnexpectedValue|lhslabel\nUnexpectedValue|MyGroup\nUnexpectedValue|\n"
+    "UnexpectedValue|installed products: [evalcapture('ver')]\n"
+    "ParameterMismatchBoolean|Start of Phase\nWindowsOnlyFeature|Detailed Memory Statistics\n"
+    "ParameterMismatchString|Model Name\nParameterMismatchString|htmlfile\n"
+    "InvalidMetric|time|basicmemory|detailedmemory\nNoRawTracerDataLoaded|left.hvf\n"
+    "NoRawTracerDataLoaded|\nExpectedNames|'grouping' or 'model'\n"
+    "ExpectedNames|'htmlfile' must be set\nExpectedNames|'htmlfile' must be set.\n"
+    "ExpectedNames|'htmlfile' and one of 'lhsfile' or 'rhsfile' to be set.\n"
+    "ExpectedNames|at least one of 'lhsfile' or 'rhsfile' must be set\n"
+    "AddGroupingError|Group: A\nAddGroupingError|Sub group: B\nAddGroupingExpectedString\n"
+    "RemoveGroupingError|Run\nRemoveGroupingError|\nDataWriteFail|Raw Data|run.hvf\n"
+    "DataWriteFail|System Information|run.hvf\nDataWriteFail|Orvia Root|run.hvf\n";
 
 TEST(Messages, EachReadsAsASentenceWithTheArgumentsTheMethodsPass) {
     std::set<std::string> rendered;
     std::string all;
-    for (const std::vector<std::string>& message : kMessages) {
+    std::istringstream lines(kMessages);
+    for (std::string line; std::getline(lines, line);) {
+        std::vector<std::string> message;
+        for (std::size_t from = 0, to = 0; to != std::string::npos; from = to + 1) {
+            to = line.find('|', from);
+            message.push_back(line.substr(from, to - from));
+        }
         performance_tracer::MessageId id(message[0].c_str(), message.size() - 1);
         all += message[0];
         for (std::size_t i = 1; i < message.size(); ++i) {

@@ -16,8 +16,10 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <iomanip>
 #include <iterator>
 #include <map>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -53,27 +55,20 @@ inline hvUniqueArray texts(const std::vector<std::string>& items) {
     return cellOf(std::move(elements));
 }
 
-/// Values of every class that is neither text nor a logical scalar.
-inline Values wrongValues() {
-    Values values;
-    values.push_back(number(1.5));
-    values.push_back(int32(7));
-    values.push_back(cellOf({}));
-    const char* names[] = {"field"};
-    values.emplace_back(hvCreateStructMatrix(1, 1, 1, names));
-    const std::size_t square[] = {2, 2};
-    values.emplace_back(hvCreateCharArray(2, square));
-    values.emplace_back(hvCreateDoubleMatrix(0, 0));
-    const std::size_t pair[] = {1, 2};
-    values.emplace_back(hvCreateLogicalArray(2, pair));
-    return values;
-}
-
 template <typename... Value>
 Values valuesOf(Value&&... values) {
     Values out;
-    (out.push_back(std::forward<Value>(values)), ...);
+    (out.push_back(hvUniqueArray(std::forward<Value>(values))), ...);
     return out;
+}
+
+/// Values of every class that is neither text nor a logical scalar.
+inline Values wrongValues() {
+    const char* names[] = {"field"};
+    const std::size_t square[] = {2, 2}, pair[] = {1, 2};
+    return valuesOf(number(1.5), int32(7), cellOf({}), hvCreateStructMatrix(1, 1, 1, names),
+                    hvCreateCharArray(2, square), hvCreateDoubleMatrix(0, 0),
+                    hvCreateLogicalArray(2, pair));
 }
 
 /// Calls Package.Class.method and returns its outputs.
@@ -109,37 +104,62 @@ inline std::string tracerError(const std::string& id, const std::vector<std::str
     return out;
 }
 
-/// Everything a method could change.
-struct StateFingerprint {
-    std::vector<std::string> points;
-    std::vector<std::size_t> tables;
-    std::map<std::int32_t, std::vector<std::string>> groupings;
-    std::vector<EPTGroupingEnabled> states;
-    std::map<std::string, std::string> statisticsTypes;
-    bool globalLogging = false;
-    bool detailedMemStats = false;
-
-    static StateFingerprint take() {
-        const PerformanceTracer& t = *ptTracer();
-        StateFingerprint f;
-        for (const auto& p : *t._rawData) {
-            f.points.push_back(std::to_string(p->_groupingID) + "/" + std::to_string(p->_phaseID) +
-                               "/" + std::to_string(p->_isPhaseStart));
+/// Each point as text: its class, the names of its ids (and the ids, when both sides of a
+/// comparison share the tables), every figure that a save keeps, and whether it was generated.
+inline std::vector<std::string> describe(const PTRawDataVector& points, bool ids = false) {
+    std::vector<std::string> out;
+    for (const auto& p : points) {
+        const PTOrviaDataPoint& point = *p;
+        std::ostringstream row;
+        row << std::setprecision(17) << typeid(point).name();
+        const auto name = [&](std::uint32_t kind, std::int32_t id) {
+            row << '|' << ptNameStr(kind, id) << (ids ? "#" + std::to_string(id) : "");
+        };
+        name(PT_TABLE_GROUPING, p->_groupingID);
+        name(PT_TABLE_PHASE, p->_phaseID);
+        name(PT_TABLE_STATISTICS_TYPE, p->_statisticsTypeID);
+        if (const auto* k = dynamic_cast<const PTKestruneDataPoint*>(p.get())) {
+            name(PT_TABLE_MODEL, k->_modelID);
+            name(PT_TABLE_TARGET, k->_targetID);
         }
-        for (std::uint32_t kind = 0; kind < PT_TABLE_COUNT; ++kind) {
-            f.tables.push_back(t.nameTable(kind)->size());
+        if (const auto* y = dynamic_cast<const PTYlvaneDataPoint*>(p.get())) {
+            name(PT_TABLE_MACHINE, y->_machineID);
+            name(PT_TABLE_CHART, y->_chartID);
         }
-        for (const auto& [id, children] : *t._groupings) {
-            f.groupings[id] = *children;
+        row << '|' << p->_pointType << '|' << p->_wcTime << '|' << p->_cpuTime;
+        if (const auto& b = p->_basicMem) {
+            row << "|b" << b->procMemUsage << ' ' << b->procMemUsagePeak << ' ' << b->procVMSize;
         }
-        f.states = *t._groupingEnabled;
-        f.statisticsTypes.insert(t._modelStatisticsTypes->begin(), t._modelStatisticsTypes->end());
-        f.globalLogging = t._globalLogging;
-        f.detailedMemStats = t._detailedMemStats;
-        return f;
+        if (const auto& d = p->_detailedMem) {
+            row << "|d" << d->freeMem << ' ' << d->nonprocessMem;
+        }
+        row << '|' << p->_isPhaseStart << p->_isGenerated;
+        out.push_back(row.str());
     }
-    bool operator==(const StateFingerprint&) const = default;
-};
+    return out;
+}
+
+/// Everything a method could change.
+inline std::vector<std::string> tracerState() {
+    const PerformanceTracer& t = *ptTracer();
+    std::vector<std::string> state = describe(*t._rawData, true);
+    std::ostringstream rest;
+    for (std::uint32_t kind = 0; kind < PT_TABLE_COUNT; ++kind) {
+        rest << t.nameTable(kind)->size() << ' ';
+    }
+    std::map<std::int32_t, std::vector<std::string>> groupings;
+    for (const auto& [id, children] : *t._groupings) {
+        groupings[id] = *children;
+    }
+    for (const EPTGroupingEnabled enabled : *t._groupingEnabled) {
+        rest << static_cast<int>(enabled);
+    }
+    const std::map types(t._modelStatisticsTypes->begin(), t._modelStatisticsTypes->end());
+    rest << ::testing::PrintToString(groupings) << ::testing::PrintToString(types)
+         << t._globalLogging << t._detailedMemStats;
+    state.push_back(rest.str());
+    return state;
+}
 
 /// Registers the module's package once per test process and starts each test from a cleared
 /// store with nothing enabled.
@@ -156,12 +176,12 @@ protected:
     /// Expects the call to raise the error, with the tracer's state as it was.
     static void expectRefused(const std::string& method, const Values& inputs,
                               const std::string& expected) {
-        const StateFingerprint before = StateFingerprint::take();
+        const std::vector<std::string> before = tracerState();
         const std::string error = errorOf(method, inputs);
         // The class system's errors are compared by their id alone.
         EXPECT_EQ(expected.starts_with("vos:") ? error.substr(0, expected.size()) : error, expected)
             << method;
-        EXPECT_TRUE(StateFingerprint::take() == before) << method << " changed the tracer's state";
+        EXPECT_EQ(tracerState(), before) << method << " changed the tracer's state";
     }
 };
 
@@ -181,9 +201,6 @@ inline void answer(const std::string& name, std::function<hvArray*()> make) {
         }
         return 0;
     });
-}
-inline void answerRoot(const std::string& root) {
-    answer("orviaroot", [root] { return hvCreateString(root); });
 }
 
 inline std::string bytesOf(const std::string& file) {
@@ -218,7 +235,7 @@ protected:
         std::filesystem::create_directories(_folder);
         _previous = std::filesystem::current_path();
         std::filesystem::current_path(_folder);
-        answerRoot("/opt/orvia");
+        answer("orviaroot", [] { return hvCreateString("/opt/orvia"); });
     }
     void TearDown() override {
         hvxRestoreHostFunctions();

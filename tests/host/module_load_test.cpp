@@ -12,20 +12,11 @@
 
 namespace {
 
-std::vector<hvUniqueArray> call(const std::string& method, std::vector<hvUniqueArray> inputs,
+/// Calls the method with the inputs, which it owns.
+std::vector<hvUniqueArray> call(const std::string& method, const std::vector<hvArray*>& inputs,
                                 std::uint32_t nargout = 0) {
-    std::vector<const hvArray*> args;
-    for (const auto& input : inputs) {
-        args.push_back(input.get());
-    }
-    return vos::invoke(method, nargout, args);
-}
-
-template <typename... Value>
-std::vector<hvUniqueArray> values(Value... value) {
-    std::vector<hvUniqueArray> out;
-    (out.emplace_back(value), ...);
-    return out;
+    const std::vector<hvUniqueArray> owned(inputs.begin(), inputs.end());
+    return vos::invoke(method, nargout, {inputs.begin(), inputs.end()});
 }
 
 TEST(Module, LoadsAsTheHostLoadsIt) {
@@ -36,14 +27,14 @@ TEST(Module, LoadsAsTheHostLoadsIt) {
     ASSERT_TRUE(vos::isCallable("PerfTools.Tracer.logOrviaData"));
     EXPECT_EQ(vos::visibleMethods("PerfTools.Tracer").front(), "clearRawData");
 
-    const auto enabled = call("PerfTools.Tracer.enable",
-                              values(hvCreateString("Module"), hvCreateLogicalScalar(true)), 1);
+    const auto enabled =
+        call("PerfTools.Tracer.enable", {hvCreateString("Module"), hvCreateLogicalScalar(true)}, 1);
     ASSERT_EQ(enabled.size(), 1u);
     EXPECT_TRUE(hvIsLogicalScalarTrue(enabled[0].get()));
     for (bool start : {true, false}) {
         call("PerfTools.Tracer.logOrviaData",
-             values(hvCreateString("Module"), hvCreateString("loaded phase"),
-                    hvCreateLogicalScalar(start)));
+             {hvCreateString("Module"), hvCreateString("loaded phase"),
+              hvCreateLogicalScalar(start)});
     }
     const auto points = ptTracer()->snapshotRawData();
     ASSERT_EQ(points->size(), 2u);
@@ -52,7 +43,7 @@ TEST(Module, LoadsAsTheHostLoadsIt) {
     EXPECT_FALSE((*points)[1]->_isPhaseStart);
 
     try {
-        call("PerfTools.Tracer.enable", values(hvCreateDoubleScalar(1)), 1);
+        call("PerfTools.Tracer.enable", {hvCreateDoubleScalar(1)}, 1);
         ADD_FAILURE() << "no error";
     } catch (const foundation::core::except::IMsgIDException& e) {
         EXPECT_EQ(e.getErrorID(), "performance_tracer:PerformanceTracer:ParameterMismatchString");

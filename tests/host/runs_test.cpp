@@ -1,38 +1,18 @@
 // Runs from C++: a save and a load give back the run, and a refused call reaches the caller as
 // pt::Error with the method's error id and text.
 
-#include <performance_tracer/performance_tracer.h>
+#include "method_test_support.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <functional>
-#include <string>
-
-#include <unistd.h>
-
+namespace pt::testing {
 namespace {
 
 namespace fs = std::filesystem;
-
-class Runs : public ::testing::Test {
-protected:
-    void SetUp() override {
-        _folder = fs::temp_directory_path() / ("pt_runs_" + std::to_string(::getpid()));
-        fs::create_directories(_folder);
-        ptClearRawData();
-    }
-    void TearDown() override { fs::remove_all(_folder); }
-    std::string path(const std::string& name) const { return (_folder / name).string(); }
-
-    fs::path _folder;
-};
+using Runs = FileMethodTest;
 
 /// The id of the error a call raises, or "none".
-template <typename Call>
-std::string errorOf(Call call) {
+std::string errorOf(const std::function<void()>& refused) {
     try {
-        call();
+        refused();
     } catch (const pt::Error& error) {
         EXPECT_NE(std::string(error.what()), "") << error.id();
         return error.id();
@@ -91,8 +71,9 @@ TEST_F(Runs, RefusedCallsRaiseTheMethodsErrors) {
     pt::saveRun(path("run.hvf"));
     ptClearRawData();
     for (const auto& [refused, id] : refusals) {
-        EXPECT_EQ(errorOf(refused), std::string("performance_tracer:PerformanceTracer:") + id);
+        EXPECT_EQ(errorOf(refused), tracerError(id));
     }
 }
 
 }  // namespace
+}  // namespace pt::testing

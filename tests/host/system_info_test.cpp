@@ -31,13 +31,10 @@ TEST_F(SystemInfo, AHostThatRefusesEverything) {
         answer(name, [] { return nullptr; });
     }
     const SystemInfoRecord info = performance_tracer::collectSystemInfo();
-    EXPECT_EQ(info.processorStr, "");
-    EXPECT_EQ(info.numCoresStr, "");
-    EXPECT_EQ(info.operatingSystemStr, " ");
-    EXPECT_EQ(info.OrviaVersionStr, "");
-    EXPECT_EQ(info.javaVMVersionStr, "");
-    EXPECT_EQ(info.installedProductsStr, "");
-    EXPECT_EQ(info.totalPhysMemStr, "N/A");
+    EXPECT_EQ((std::vector{info.processorStr, info.numCoresStr, info.operatingSystemStr,
+                           info.OrviaVersionStr, info.javaVMVersionStr, info.installedProductsStr,
+                           info.totalPhysMemStr}),
+              (std::vector<std::string>{"", "", " ", "", "", "", "N/A"}));
     EXPECT_FALSE(info.cpuSpeedStr.empty());  // read without the host
     EXPECT_EQ(performance_tracer::queryOrviaRoot(), "");
 }
