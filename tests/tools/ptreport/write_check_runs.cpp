@@ -66,10 +66,9 @@ int main(int argc, char** argv) {
     const PTRawDataVector log = pt::testing::recordSession();
     std::mt19937 rng(20);
     std::uniform_real_distribution<double> jitter(0.97, 1.03);
-    pt::testing::Synthesis baseline;
-    baseline.noise = 0.03;
-    pt::testing::Synthesis changed = baseline;
-    changed.change = {{"sort blocks", 1.5}, {"outputs", 0.7}};
+    const pt::testing::Synthesis baseline{.noise = 0.03, .change = {}};
+    const pt::testing::Synthesis changed{.noise = 0.03,
+                                         .change = {{"sort blocks", 1.5}, {"outputs", 0.7}}};
     const std::string hostile = "</script><b>\"quoted\" & 'odd'";
     for (int i = 1; i <= 8; ++i) {
         for (const char* side : {"base", "same", "new"}) {
