@@ -50,9 +50,15 @@ void ylvane(const std::string& model, const std::string& chart, const std::strin
     ptLogYlvaneData("Run", model, "rtw", "sfun machine", chart, phase, false);
 }
 
-/// Wall clock, CPU time and memory as the run goes on: the points get them in order, so that
-/// the figures grow through the run and differ between runs of other scales.
-void stampPoints(double scale) {
+/// Saves a run of what log logs, with the system information given or this machine's. Its
+/// points get wall clock, CPU time and memory in order, so that the figures grow through the run
+/// and differ between runs of other scales; edit may then change them.
+void write(const std::filesystem::path& file, const Body& log, double scale = 1.0,
+           const Edit& edit = {}, const hvArray* systemInfo = nullptr) {
+    ptClearRawData();
+    ptEnableGlobalLogging(true);
+    log();
+    ptEnableGlobalLogging(false);
     double clock = 1000.0;
     double usage = 200 * kMiB;
     int index = 0;
@@ -67,17 +73,6 @@ void stampPoints(double scale) {
             4096 * kMiB - usage, 64 * kMiB * scale, usage, 40 * kMiB, 300 * kMiB + index * kMiB);
         ++index;
     }
-}
-
-/// Saves a run of what log logs, its points stamped at a scale and then changed by edit, with
-/// the system information given or this machine's.
-void write(const std::filesystem::path& file, const Body& log, double scale = 1.0,
-           const Edit& edit = {}, const hvArray* systemInfo = nullptr) {
-    ptClearRawData();
-    ptEnableGlobalLogging(true);
-    log();
-    ptEnableGlobalLogging(false);
-    stampPoints(scale);
     if (edit) {
         edit(*ptTracer()->_rawData);
     }
@@ -159,23 +154,17 @@ void nest(int level) {
 /// chain's page in turn, keyed, folded with a copy of itself and written as a Detail page
 /// writes its tree: the page's scripts can take it in place of their own.
 void writeDeepTree(const std::filesystem::path& file) {
-    const auto chain = [] {
-        auto root = std::make_shared<PTCallTreeNode>();
-        root->IDs = {0};
-        root->key = 1;
-        PTCallTreeNode* at = root.get();
-        for (int level = 1; level < 100000; ++level) {
-            auto child = std::make_shared<PTCallTreeNode>();
-            child->IDs = {level % kDeepChainLevels};
-            child->key = 1 + static_cast<std::uint32_t>(level % 2);
-            at->children.push_back(child);
-            at = child.get();
+    PTCallTreeList roots;
+    for (int copy = 0; copy < 2; ++copy) {
+        PTCallTreeList* children = &roots;
+        for (int level = 0; level < 100000; ++level) {
+            auto node = std::make_shared<PTCallTreeNode>();
+            node->IDs = {level % kDeepChainLevels};
+            node->key = 1 + static_cast<std::uint32_t>(level % 2);
+            children->push_back(node);
+            children = &node->children;
         }
-        return root;
-    };
-    PTCallTreeList roots = {chain(), chain()};
-    for (const auto& root : roots) {
-        ptCallTreeKey(*root);
+        ptCallTreeKey(*roots.back());
     }
     ptMergeCallTreeSiblings(roots);
     std::ofstream(file) << pt::report::ptHtmlCallTreeRoots(roots);
