@@ -47,26 +47,23 @@ TEST_F(Alignment, MatchesTheDirectFormOnRandomLists) {
     const std::vector<std::string> pool = {"a", "b", "c", "d", "@a"};
     std::uniform_int_distribution<std::size_t> pick(0, pool.size() - 1);
     std::uniform_int_distribution<int> length(0, 24);
+    const auto keys = [&](int n) {
+        std::vector<std::string> out;
+        for (; n > 0; --n) {
+            out.push_back(pool[pick(rng)]);
+        }
+        return out;
+    };
     for (int round = 0; round < 4000; ++round) {
-        std::vector<std::string> left, right;
-        for (int i = length(rng); i > 0; --i) {
-            left.push_back(pool[pick(rng)]);
-        }
-        for (int i = length(rng); i > 0; --i) {
-            right.push_back(pool[pick(rng)]);
-        }
+        std::vector<std::string> left = keys(length(rng)), right = keys(length(rng));
         if (round % 3 == 0) {  // a common tail
-            for (int i = length(rng) / 4; i > 0; --i) {
-                const std::string& key = pool[pick(rng)];
-                left.push_back(key);
-                right.push_back(key);
-            }
+            const std::vector<std::string> tail = keys(length(rng) / 4);
+            left.insert(left.end(), tail.begin(), tail.end());
+            right.insert(right.end(), tail.begin(), tail.end());
         }
-        const PTDiagnosticInfoList l = rowsOf(left);
-        const PTDiagnosticInfoList r = rowsOf(right);
-        const auto fast = ptAlignRows(tracer(), l, r);
-        const auto direct = pt::testing::directAlignRows(l, r);
-        ASSERT_EQ(fast, direct) << "round " << round;
+        const PTDiagnosticInfoList l = rowsOf(left), r = rowsOf(right);
+        ASSERT_EQ(ptAlignRows(tracer(), l, r), pt::testing::directAlignRows(l, r))
+            << "round " << round;
     }
 }
 

@@ -47,12 +47,10 @@ Pass run(PTRawDataVector& log, const Names& names, Variant variant = Variant::Gr
             pass.leftOpen = ptMatchDiagnostic(tracer, &log, names.at(0), pass.map, pass.data);
             break;
     }
-    std::vector<const PTDiagnosticInfo*> seen;
     for (const auto& point : log) {
         const auto found = pass.map.find(point.get());
-        if (found != pass.map.end() &&
-            std::find(seen.begin(), seen.end(), found->second.get()) == seen.end()) {
-            seen.push_back(found->second.get());
+        if (found != pass.map.end() && std::find(pass.rows.begin(), pass.rows.end(),
+                                                 found->second->_point.get()) == pass.rows.end()) {
             pass.rows.push_back(found->second->_point.get());
         }
     }

@@ -18,9 +18,7 @@ std::int32_t id(std::uint32_t kind, const std::string& name) {
 
 struct OpenPhase {
     int pointType;
-    std::string grouping;
-    std::string phase;
-    std::string model;
+    std::string grouping, phase, model;
 };
 
 }  // namespace
@@ -61,8 +59,7 @@ PTRawDataVector randomLog(std::mt19937& rng, const LogOptions& options) {
 
     PTRawDataVector log;
     std::vector<OpenPhase> open;
-    double wc = 100.0;
-    double cpu = 10.0;
+    double wc = 100.0, cpu = 10.0;
     const auto emit = [&](const OpenPhase& phase, bool isStart) {
         const double wait = chance(options.gapChance) ? 0.2 + unit(rng) : 0.0005 + 0.05 * unit(rng);
         const double step = chance(options.backwardsChance) ? -wait : wait;
@@ -77,11 +74,10 @@ PTRawDataVector randomLog(std::mt19937& rng, const LogOptions& options) {
     while (started < pairs || !open.empty()) {
         const bool canStart = started < pairs && static_cast<int>(open.size()) < options.maxDepth;
         if (canStart && (open.empty() || chance(options.startChance))) {
-            OpenPhase phase;
-            phase.pointType = static_cast<int>(pick(3));
-            phase.grouping = options.groupings[pick(options.groupings.size())];
-            phase.phase = kPhases[pick(std::size(kPhases))];
-            phase.model = chance(0.5) ? "engine" : "plant";
+            // Braces draw in order: type, grouping, phase, model.
+            OpenPhase phase{static_cast<int>(pick(3)),
+                            options.groupings[pick(options.groupings.size())],
+                            kPhases[pick(std::size(kPhases))], chance(0.5) ? "engine" : "plant"};
             if (chance(options.unaccountedChance)) {
                 phase.phase = std::string(kUnaccountedPhase);
                 phase.grouping = options.groupings.back();
