@@ -11,6 +11,7 @@
 #include <tuple>
 #include <vector>
 
+#include "golden_text.h"
 #include "large_inputs.h"
 #include "parser.h"
 #include "session.h"
@@ -96,15 +97,7 @@ TEST(Language, EvaluationAndDisplay) {
             "try, Nope.Class.method(1), catch e, print(e.id), end\n"
             "try, 'a' + {1}, catch e, print(e.message), end\n");
     EXPECT_EQ(r.err, "");
-    EXPECT_EQ(r.out,
-              "t = 'it''s'\ne = ''\nd = 3.1416\nbig = 1.2346e+05\nb = true\ni = int8 -128\n"
-              "u = uint64 7\nl = 1x2 logical\n    true  false\nr = 1x0 double\n"
-              "s = 1x1 struct\n    n: int32 5\n3\n1\n0\n1\n0\n5\n-4\n1  5\nabc\ndef\nchar\nf\n"
-              "two\n3\ncell\n1\ndeep\nstruct\n10\nx\ny\n65\nHi\n255\n3\n"
-              "2.5\n1\n-3\n1  2\n3  4\n1x1 cell\n    {1} = 'a'\n"
-              "ptshell:UndefinedIdentifier\n'undefined_thing' is neither a variable nor a "
-              "function.\nptshell:IndexOutOfRange\nptshell:ArgumentCount\n"
-              "vos:UndefinedFunction\nAn operand must be a real scalar.\n");
+    pt::testing::expectGoldenText(PT_PTSHELL_GOLDEN_DIR, "evaluation_and_display", r.out);
 
     // An uncaught error ends the run.
     EXPECT_EQ(run("print('before')\nprint(1, 2)\nprint('after')"),
