@@ -1,10 +1,9 @@
-// The Call Tree tab: folded calls, expanding and collapsing, filters that open the tree to their
-// matches, links in and out, the totals of ticked rows in all metrics, trees of any depth and size.
+// The Call Tree tab: folding, filters, links, totals of ticked rows, trees of any depth and size.
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
 import { join } from 'node:path';
-import { filterCallTree as filter, follow, reports, scrollDiv, showTab, withReport } from './report_browser.mjs';
+import { filterCallTree as filter, follow, reports, scrollDiv, showTab, textsOf, withReport } from './report_browser.mjs';
 
 const tall = { viewport: { width: 1280, height: 1600 } };
 
@@ -26,32 +25,29 @@ async function toggle(page, ...rows) {
     await page.click(`#CTR_${at} td.PlusMinusSpacer`);
   }
 }
-const textsOf = (page, ...ids) => Promise.all(ids.map((id) => page.textContent(id)));
+const counts = (page) => page.evaluate(() => [CTDataView.Index.length, CTDataView.Checked.filter((c) => c == 1).length]);
 
 test('folded calls, expanding and collapsing; filters that open the tree to their matches; links in and out', async () => {
   await withReport('call_tree_time.html', async (page) => {
     await showTab(page, 'Call Tree');
     // The roots and their direct children; ten calls of "step" are one row.
-    const first = await shownRows(page);
-    assert.deepEqual(first.map((row) => `${row.name}:${row.count}`),
+    assert.deepEqual((await shownRows(page)).map((row) => `${row.name}:${row.count}`),
       ['main:1', 'init_self:1', 'init_post:1', 'step:10', 'worker:1', 'worker:1', 'worker_post:1', 'deep1:1',
        'main2:1', 'step:3', 'needle:1']);
     assert.deepEqual(await textsOf(page, '#CT_aggregateTD', '#CTR_0 td.PlusMinusSpacer', '#CTR_3 td.PlusMinusSpacer'),
                      ['Aggregate (N = 11)', '[-]', '[+]']);
     // Open the loop: its folded child counts ten calls too.
     await toggle(page, 'step');
-    assert.deepEqual((await shownRows(page)).slice(3, 5), [
-      { name: 'step', count: 10, ticked: false }, { name: 'solve', count: 10, ticked: false }]);
-    assert.equal(await page.textContent('#CTR_3 td.PlusMinusSpacer'), '[-]');
+    assert.deepEqual([...(await shownRows(page)).slice(3, 5), await page.textContent('#CTR_3 td.PlusMinusSpacer')],
+                     [{ name: 'step', count: 10, ticked: false }, { name: 'solve', count: 10, ticked: false }, '[-]']);
     await toggle(page, 'step');
     assert.equal((await names(page)).includes('solve'), false);
     // Open three levels, close the top one: re-opening it shows its direct children only.
-    await toggle(page, 'deep1', 'deep2', 'deep3');
-    assert.deepEqual((await names(page)).slice(7, 11), ['deep1', 'deep2', 'deep3', 'needle']);
-    await toggle(page, 'deep1');
-    assert.deepEqual((await names(page)).slice(7, 9), ['deep1', 'main2']);
-    await toggle(page, 'deep1');
-    assert.deepEqual((await names(page)).slice(7, 10), ['deep1', 'deep2', 'main2']);
+    for (const [rows, shown] of [[['deep1', 'deep2', 'deep3'], ['deep1', 'deep2', 'deep3', 'needle', 'main2']],
+                                 [['deep1'], ['deep1', 'main2']], [['deep1'], ['deep1', 'deep2', 'main2']]]) {
+      await toggle(page, ...rows);
+      assert.deepEqual((await names(page)).slice(7, 7 + shown.length), shown);
+    }
     // A leaf's spacer changes nothing.
     const before = await shownRows(page);
     await toggle(page, 'init_self');
@@ -61,20 +57,17 @@ test('folded calls, expanding and collapsing; filters that open the tree to thei
     // its root, and the whole subtree of each root opens, its calls ticked.
     await showTab(page, 'Aggregate');
     await follow(page, '#aggregateSummaryTable a:text-is("needle")', 'callTreeSummary');
-    assert.equal(await page.inputValue('#CT_phasename'), 'needle');
-    assert.deepEqual(await names(page),
-      ['main', 'init_self', 'init_post', 'step', 'solve', 'worker', 'a', 'worker', 'b',
-       'worker_post', 'deep1', 'deep2', 'deep3', 'needle', 'main2', 'step', 'solve', 'needle']);
-    assert.deepEqual(await tickedNames(page), ['needle', 'needle']);
-    assert.deepEqual(await textsOf(page, '#CT_FilterDataDisp', '#CT_totalChecked', '#CT_totalExecCount'),
-                     ['Phase::needle', '2', '2.00']);
+    assert.deepEqual([await page.inputValue('#CT_phasename'), await names(page), await tickedNames(page),
+                      ...await textsOf(page, '#CT_FilterDataDisp', '#CT_totalChecked', '#CT_totalExecCount')],
+      ['needle', ['main', 'init_self', 'init_post', 'step', 'solve', 'worker', 'a', 'worker', 'b', 'worker_post',
+                  'deep1', 'deep2', 'deep3', 'needle', 'main2', 'step', 'solve', 'needle'], ['needle', 'needle'],
+       'Phase::needle', '2', '2.00']);
     // A pattern that finds "_self" finds the names that end in "_post" as well.
     await filter(page, '_self');
     assert.deepEqual(await tickedNames(page), ['init_self', 'init_post', 'worker_post']);
     // Nothing matches: header and totals only; an empty filter brings the roots back.
     await filter(page, 'no such phase');
-    assert.deepEqual(await names(page), []);
-    assert.equal(await page.textContent('#CT_aggregateTD'), 'Aggregate (N = 0)');
+    assert.deepEqual([await names(page), await page.textContent('#CT_aggregateTD')], [[], 'Aggregate (N = 0)']);
     await filter(page, '');
     assert.deepEqual([(await names(page))[0], await page.textContent('#CT_FilterDataDisp')], ['main', '']);
 
@@ -83,31 +76,25 @@ test('folded calls, expanding and collapsing; filters that open the tree to thei
     await page.uncheck('#AllCTChecked');
     const at = (await names(page)).indexOf('step');
     await page.check(`#ct_checkBox${at}`);
-    const expected = await page.evaluate((position) => createScientificNotation(nodeArray[CTDataView.Index[position]]
-      .IDs.reduce((sum, id) => sum + procData[id].WCSelf, 0)), at);
-    assert.deepEqual(await textsOf(page, '#CT_totalChecked', '#CT_totalExecCount', '#CT_totalSelfTime'),
-                     ['1', '10.00', expected]);
+    assert.deepEqual(await textsOf(page, '#CT_totalChecked', '#CT_totalExecCount', '#CT_totalSelfTime'), ['1', '10.00',
+      await page.evaluate((p) => createScientificNotation(nodeArray[CTDataView.Index[p]].IDs.reduce((sum, id) => sum + procData[id].WCSelf, 0)), at)]);
     // The name links to the Details tab, listing every execution folded into the row, ticked.
     await follow(page, `#ct_phaseNameTD${at + 1} a`, 'phaseSummary');
-    assert.deepEqual((await page.$$eval('#phaseSummaryTable td[id^="execTD"]', (cells) => cells.map((c) =>
-      Number(c.textContent)))), [3, 5, 7, 9, 11, 13, 15, 17, 19, 21]);
-    assert.deepEqual([await page.textContent('#totalChecked'), await page.isChecked('#AllChecked')], ['10', true]);
+    assert.deepEqual([await page.$$eval('#phaseSummaryTable td[id^="execTD"]', (cells) => cells.map((c) => Number(c.textContent))),
+                      await page.textContent('#totalChecked'), await page.isChecked('#AllChecked')],
+                     [[3, 5, 7, 9, 11, 13, 15, 17, 19, 21], '10', true]);
 
-    // A filter on Grouping, Model or Target alone lists every node once (host-language rows
-    // have no model or target: all match).
+    // A filter on Grouping, Model or Target alone lists every node once (host-language rows match any).
     await showTab(page, 'Call Tree');
     const nodes = await page.evaluate(() => nodeArray.length);
-    for (const [input, value] of [['CT_groupingname', 'Run'], ['CT_modelname', 'any model'],
-                                  ['CT_targetname', 'any target']]) {
+    for (const [input, value] of [['CT_groupingname', 'Run'], ['CT_modelname', 'any model'], ['CT_targetname', 'any target']]) {
       const view = await page.evaluate(([id, text]) => {
-        for (const field of ['CT_phasename', 'CT_groupingname', 'CT_modelname', 'CT_targetname']) {
-          document.getElementById(field).value = field === id ? text : '';
-        }
+        for (const f of ['CT_phasename', 'CT_groupingname', 'CT_modelname', 'CT_targetname']) document.getElementById(f).value = f === id ? text : '';
         CT_userInputsAction();
         return CTDataView.Index;
       }, [input, value]);
-      assert.deepEqual([new Set(view).size, view.length], [nodes, nodes], input);
-      assert.equal(await page.textContent('#CT_aggregateTD'), `Aggregate (N = ${nodes})`);
+      assert.deepEqual([new Set(view).size, view.length, await page.textContent('#CT_aggregateTD')],
+                       [nodes, nodes, `Aggregate (N = ${nodes})`], input);
     }
   }, tall);
 });
@@ -119,14 +106,13 @@ test('the memory metrics show their figures per folded row', async () => {
   ]) {
     await withReport(`call_tree_${metric}.html`, async (page) => {
       await showTab(page, 'Call Tree');
-      assert.equal(await page.$$eval('#callTreeSummaryTableLastHeaderRow th', (cells) => cells.length),
-                   columns.length + 2, metric);
       // The loop row: the usage is the largest of its ten calls.
       const [shown, largest] = await page.evaluate(([position, cell, field]) => [
         document.getElementById(cell + (position + 1)).textContent, createScientificNotation(
           Math.max(...nodeArray[CTDataView.Index[position]].IDs.map((id) => procData[id][field])))],
       [(await names(page)).indexOf('step'), ...(metric === 'basicmemory' ? ['ct_usageTD', 'Usage'] : ['ct_comTD', 'Committed'])]);
-      assert.equal(shown, largest, metric);
+      assert.deepEqual([await page.$$eval('#callTreeSummaryTableLastHeaderRow th', (cells) => cells.length), shown],
+                       [columns.length + 2, largest], metric);
       await page.check('#AllCTChecked');
       assert.notEqual(await page.textContent('#' + total), '0.00', metric);
     }, tall);
@@ -138,11 +124,9 @@ test('a chain 2,000 deep stays one tree, and a tree 100,000 deep opens and close
     await showTab(page, 'Call Tree');
     assert.deepEqual(await page.evaluate(() => [callTreeArray.length, nodeArray.length]), [1, 2000]);
     await filter(page, 'odd');
-    assert.deepEqual(await page.evaluate(() => [CTDataView.Index.length,
-      CTDataView.Checked.filter((c) => c == 1).length, CTDataView.Index.every((n, i) => n === i)]), [2000, 1000, true]);
+    assert.deepEqual([...await counts(page), await page.evaluate(() => CTDataView.Index.every((n, i) => n === i))], [2000, 1000, true]);
 
-    // The library's text of a chain of 100,000 levels, two of them folded into one, in place
-    // of the page's tree: its statements build it whole, and the walks run at any depth.
+    // The library's text of two chains of 100,000 levels folded into one, in place of the page's tree.
     await page.addScriptTag({ path: join(reports, 'deep_tree.js') });
     const levels = 100000;
     assert.equal(await page.evaluate(() => {
@@ -155,8 +139,7 @@ test('a chain 2,000 deep stays one tree, and a tree 100,000 deep opens and close
     await page.evaluate(() => { ctDataViewCreated = false; ShowTable('callTreeSummary'); });
     assert.equal(await page.evaluate(() => CTDataView.Index.length), 2);
     await filter(page, 'odd');
-    assert.deepEqual(await page.evaluate(() => [CTDataView.Index.length,
-      CTDataView.Checked.filter((c) => c == 1).length]), [levels, levels / 2]);
+    assert.deepEqual(await counts(page), [levels, levels / 2]);
     // Collapsing the root closes the whole chain; opening it shows its child again.
     const spacer = () => page.evaluate(() => {
       lastStartIndex['CallTree'] = 0;
@@ -182,9 +165,9 @@ test('the call tree of 50,000 rows: opening, scrolling and filtering', async () 
     const firstCell = await page.$('#ct_countTD1');
     await scrollDiv(page, 'callTreeSummaryScrollTableDiv', 1, true);
     await page.waitForFunction((length) => lastStartIndex['CallTree'] === length - 32, shown);
-    assert.equal(await page.evaluate((cell) => cell === document.getElementById('ct_countTD1'), firstCell), true);
+    assert.equal(await page.evaluate((cell) => cell === ct_countTD1, firstCell), true);
     // A filter that matches under every root opens the whole tree.
     await filter(page, 'task 7$');
-    assert.ok(await page.evaluate(() => CTDataView.Checked.filter((c) => c == 1).length) > 0);
+    assert.ok((await counts(page))[1] > 0);
   }, { viewport: { width: 1600, height: 2400 } });
 });

@@ -3,7 +3,7 @@
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { detailPhases, follow, scrollDiv, showTab, withReport } from './report_browser.mjs';
+import { detailPhases, follow, scrollDiv, showTab, textsOf, withReport } from './report_browser.mjs';
 
 const tall = { viewport: { width: 1280, height: 1600 } };
 const text = (page, id) => page.textContent('#' + id);
@@ -29,18 +29,16 @@ test('Refresh, filters, sorting and the check boxes with their totals', async ()
     // First shown, and refreshed with empty inputs, the tab lists every row in order, none checked.
     for (const again of [false, true]) {
       if (again) await refresh(page);
-      assert.deepEqual(await shownRows(page), [...Array(total).keys()]);
-      assert.equal(await text(page, 'aggTD'), `Aggregate (N = ${total})`);
+      assert.deepEqual([await shownRows(page), await text(page, 'aggTD'), ...await page.evaluate(() =>
+        [dataView.Checked.every((c) => c === 0), dataView.AllChecked])], [[...Array(total).keys()], `Aggregate (N = ${total})`, true, false]);
     }
-    assert.deepEqual(await page.evaluate(() => [dataView.Checked.every((c) => c === 0), dataView.AllChecked]),
-                     [true, false]);
     // A regular expression on the names; filters join by AND; no match leaves header and totals.
-    await refresh(page, { phasename: 'build|sort' });
-    assert.deepEqual(await detailPhases(page), ['sort blocks', 'build chart', 'build chart', 'build chart']);
-    await refresh(page, { phasename: 'build', chartname: 'Gear' });
-    assert.equal((await shownRows(page)).length, 1);
-    await refresh(page, { phasename: 'no such phase' });
-    assert.deepEqual([await shownRows(page), await text(page, 'aggTD')], [[], 'Aggregate (N = 0)']);
+    for (const [inputs, phases, shown] of [[{ phasename: 'build|sort' }, ['sort blocks', ...Array(3).fill('build chart')], 4],
+                                           [{ phasename: 'build', chartname: 'Gear' }, ['build chart'], 1],
+                                           [{ phasename: 'no such phase' }, [], 0]]) {
+      await refresh(page, inputs);
+      assert.deepEqual([await detailPhases(page), await text(page, 'aggTD')], [phases, `Aggregate (N = ${shown})`]);
+    }
     // Rank 1 on self time: numbers sort descending; on the phase name: ascending.
     await refresh(page, { Sort_self: '1' });
     const bySelf = await page.evaluate(() => dataView.Index.map((i) => procData[i].WCSelf));
@@ -52,9 +50,8 @@ test('Refresh, filters, sorting and the check boxes with their totals', async ()
     await refresh(page);
     await page.check('#checkBox0');
     await page.check('#checkBox2');
-    const expected = await page.evaluate(() =>
-      createScientificNotation(procData[dataView.Index[0]].WCSelf + procData[dataView.Index[2]].WCSelf));
-    assert.deepEqual([await text(page, 'totalChecked'), await text(page, 'totalSelfTime')], ['2', expected]);
+    assert.deepEqual(await textsOf(page, '#totalChecked', '#totalSelfTime'), ['2', await page.evaluate(() =>
+      createScientificNotation(procData[dataView.Index[0]].WCSelf + procData[dataView.Index[2]].WCSelf))]);
     await page.check('#AllChecked');
     assert.equal(await text(page, 'totalChecked'), String(total));  // the header's box ticks all
     await page.uncheck('#checkBox1');
@@ -77,17 +74,15 @@ test('50,000 rows: the strip re-fills its rows, reaches the end, and the sort ke
   await withReport('large_detail.html', async (page) => {
     await showTab(page, 'Details');
     await page.click('#userInputs input[value="Refresh"]');
-    assert.equal(await text(page, 'aggTD'), 'Aggregate (N = 50000)');
     const rows = () => page.$$eval('#phaseSummaryTable tr', (all) => all.length);
     const [rowsBefore, firstCell] = [await rows(), await page.$('#execTD0')];
-    assert.equal((await shownRows(page)).length, 32);
+    assert.deepEqual([await text(page, 'aggTD'), (await shownRows(page)).length], ['Aggregate (N = 50000)', 32]);
     // Halfway down the strip: the same rows show the middle of the view.
     await scrollDiv(page, 'phaseSummaryScrollTableDiv', 0.5, true);
     await page.waitForFunction(() => Number(document.getElementById('execTD0').textContent) > 20000);
     const first = Number(await text(page, 'execTD0'));
     assert.ok(Math.abs(first - (50000 - 32) / 2) < 100, `window starts at ${first}`);
-    assert.equal(await rows(), rowsBefore, 'no row made or lost');
-    assert.equal(await page.evaluate((cell) => cell === document.getElementById('execTD0'), firstCell), true);
+    assert.deepEqual([await rows(), await page.evaluate((cell) => cell === execTD0, firstCell)], [rowsBefore, true]);
     const toEnd = async () => {
       await scrollDiv(page, 'phaseSummaryScrollTableDiv', 1, true);
       await page.waitForFunction(() => document.getElementById('execTD31').textContent === '49999');
@@ -111,9 +106,8 @@ test('50,000 rows: the strip re-fills its rows, reaches the end, and the sort ke
     await page.click('a[href="javascript:showInputTable(\'SortData\')"]');
     await page.fill('#Sort_self', '1');
     await page.click('#userInputs input[value="Refresh"]');
-    assert.equal(await text(page, 'aggTD'), 'Aggregate (N = 50000)');
-    assert.equal(await page.evaluate(() => dataView.Index.every((row, i) => i === 0 ||
-      procData[dataView.Index[i - 1]].WCSelf > procData[row].WCSelf ||
-      (procData[dataView.Index[i - 1]].WCSelf === procData[row].WCSelf && dataView.Index[i - 1] < row))), true);
+    assert.deepEqual([await text(page, 'aggTD'), await page.evaluate(() => dataView.Index.every((row, i, all) => i === 0 ||
+      procData[all[i - 1]].WCSelf > procData[row].WCSelf || (procData[all[i - 1]].WCSelf === procData[row].WCSelf && all[i - 1] < row)))],
+                     ['Aggregate (N = 50000)', true]);
   }, { viewport: { width: 1600, height: 2400 } });
 });

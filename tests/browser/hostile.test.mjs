@@ -3,7 +3,7 @@
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { detailPhases, follow, showTab, texts, withReport } from './report_browser.mjs';
+import { detailPhases, follow, showTab, texts, textsOf, withReport } from './report_browser.mjs';
 
 const big = { viewport: { width: 1600, height: 1600 } };
 const hostileNames = ['say "hi"', "it's", '<b>bold</b>', 'back\\slash',
@@ -23,23 +23,21 @@ test('a Detail page of hostile names, and a Difference page with hostile labels'
                      ['outer', ...shown.flatMap((name) => [name, name + ' inner'])]);
     const row = await page.evaluate(() => CTDataView.Checked.indexOf(1) - lastStartIndex['CallTree']);
     await follow(page, `#ct_phaseNameTD${row + 1} a`, 'phaseSummary');
-    assert.deepEqual(await detailPhases(page), ["it's inner"]);
     // Names of the other kinds keep their characters, backslashes included.
-    assert.deepEqual(await Promise.all(['#modelTD0', '#targetTD0', '#phaseTD0 span'].map((s) => page.textContent(s))),
-                     ["model's <x>", 't"t', '(Grouping:Run "quoted" <group>)']);
+    assert.deepEqual([await detailPhases(page), ...await textsOf(page, '#modelTD0', '#targetTD0', '#phaseTD0 span')],
+                     [["it's inner"], "model's <x>", 't"t', '(Grouping:Run "quoted" <group>)']);
     await page.hover('#phaseTD0');
     await showTab(page, 'System Info');
     const info = await page.textContent('#systemInfoTableDiv');
     assert.ok(info.includes('<i>processorStr</i> & "more"') && info.includes('<i>installedProductsStr</i> & "more"'));
-    assert.equal(await page.$('#aggregateSummaryTable b, #callTreeSummaryTable b, #systemInfoTableDiv i'), null);
-    assert.equal(await page.evaluate(() => window.pwned), undefined);
+    assert.deepEqual([await page.$('#aggregateSummaryTable b, #callTreeSummaryTable b, #systemInfoTableDiv i'),
+                      await page.evaluate(() => window.pwned)], [null, undefined]);
   }, big);
   await withReport('hostile_difference.html', async (page) => {
     const header = await page.textContent('#aggregateSummaryTableLastHeaderRow');
     assert.ok(header.includes('<b>"Left"</b> \\') && header.includes("it's & <i>right</i>"), header);
     await follow(page, '#aggregateSummaryTable a:text-is("a & b inner")', 'phaseSummary');
-    assert.equal(await page.textContent('#totalChecked'), '1');
-    assert.equal(await page.evaluate(() => window.pwned), undefined);
+    assert.deepEqual([await page.textContent('#totalChecked'), await page.evaluate(() => window.pwned)], ['1', undefined]);
   }, big);
 });
 
@@ -81,10 +79,8 @@ test('names that are patterns match as text; a filter that is no pattern matches
       for (const [tab, prefix, action, total] of [['Details', '', 'userInputsAction', 'aggTD'],
                                                   ['Call Tree', 'CT_', 'CT_userInputsAction', 'CT_aggregateTD']]) {
         await showTab(page, tab);
-        await page.evaluate(([text, id, run]) => {
-          document.getElementById(id).value = text;
-          window[run]();
-        }, [pattern, prefix + 'phasename', action]);
+        await page.evaluate(([text, id, run]) => { document.getElementById(id).value = text; window[run](); },
+                            [pattern, prefix + 'phasename', action]);
         assert.equal(await page.textContent('#' + total), 'Aggregate (N = 0)', `${tab}: ${pattern.slice(0, 10)}`);
       }
     }

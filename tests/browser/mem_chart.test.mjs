@@ -4,7 +4,8 @@
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { clickWidePopup, openPopups, pixel, printedOn, scrollDiv, showTab, withChart } from './report_browser.mjs';
+import { clickAt, clickWidePopup, openPopups, pixel, printedOn, scrollDiv, shownOutlines, showTab, withChart }
+  from './report_browser.mjs';
 
 const narrow = { viewport: { width: 1000, height: 1000 } };
 const colour = (page, x, y) => pixel(page, 'scrollcanvas', x, y);
@@ -20,21 +21,18 @@ const columnPoint = (page, column, fraction = 0.5) => page.evaluate(([c, f]) => 
 test('columns in the category colours, and the window and a popup column moved on scroll to the end', async () => {
   await withChart('detail_detailedmemory.html', async (page) => {
     // The scroll bar's range is the fake canvas's width: it stands at the left of its div.
-    assert.ok(await evaluate(page, () => {
-      const canvas = document.getElementById('fakecanvas');
-      return canvas.width > 1000 && document.getElementById('fakecanvasdiv').scrollWidth === canvas.width;
-    }));
+    assert.ok(await evaluate(page, () => fakecanvas.width > 1000 && fakecanvasdiv.scrollWidth === fakecanvas.width));
     // Bottom to top: non-process, Dlls, committed, reserved, free.
     const [middle, bottom, top, committed, max] = await evaluate(page, () => {
       const r = procData[1], factor = (x_scroll.height - marginTop - 6) / max;
       return [Math.round((leftX[1] + rightX[1]) / 2), x_scroll.height - 8, marginTop + 10,
               Math.round(x_scroll.height - 5.5 - (r.NonProcessStart + r.DllsStart + r.CommittedStart / 2) * factor), max];
     });
-    assert.deepEqual([await colour(page, middle, bottom), await colour(page, middle, top),
-                      await colour(page, middle, committed)], ['#666666', '#7AEE3C', '#EC0033']);
     const axis = await printedOn(page, 'lockedcanvas');
-    assert.ok(axis[0] === '0' && axis[1] === String(Math.round(max / 10)) && axis.includes('Virtual Memory (MB)'));
-    assert.deepEqual(await printedOn(page, 'legendCanvas'), ['Free', 'Reserved', 'Committed', 'Dlls', 'Non-process']);
+    assert.deepEqual([await colour(page, middle, bottom), await colour(page, middle, top), await colour(page, middle, committed),
+                      axis.slice(0, 2), axis.includes('Virtual Memory (MB)'), await printedOn(page, 'legendCanvas')],
+                     ['#666666', '#7AEE3C', '#EC0033', ['0', String(Math.round(max / 10))], true,
+                      ['Free', 'Reserved', 'Committed', 'Dlls', 'Non-process']]);
 
     // Blank records came after the rows and stay out of the tables.
     assert.ok(await evaluate(page, () => numBlankData) >= 4);
@@ -44,8 +42,7 @@ test('columns in the category colours, and the window and a popup column moved o
     // Scrolled to the end: the last real row is in the window, its column whole inside it, and a
     // popup's outline and close box follow its column.
     await showTab(page, 'MemChart');
-    const point = await columnPoint(page, 8);
-    await page.mouse.click(point.x, point.y);
+    await clickAt(page, await columnPoint(page, 8));
     const row = await evaluate(page, () => firstVisibleRow + 8);
     await scrollDiv(page, 'fakecanvasdiv', 1);
     await page.waitForFunction(() => firstVisibleRow > 0);
@@ -53,26 +50,20 @@ test('columns in the category colours, and the window and a popup column moved o
       rightX[realRows() - 1 - firstVisibleRow] <= document.getElementById('scrollcanvasdiv').clientWidth));
     const column = row - await evaluate(page, () => firstVisibleRow);
     assert.ok(column >= 0 && column < 8, `the column moved from 8 to ${column}`);
-    assert.deepEqual(await page.$$eval('div[id^="outlineDiv"]', (divs) =>
-      divs.filter((d) => d.style.display === 'block').map((d) => d.id)), [`outlineDiv${column}`]);
-    assert.equal(await page.getAttribute('#popupClose100', 'onclick'), `clearDiv('100', ${row}, ${column})`);
+    assert.deepEqual([await shownOutlines(page), await page.getAttribute('#popupClose100', 'onclick')],
+                     [[`outlineDiv${column}`], `clearDiv('100', ${row}, ${column})`]);
   }, narrow);
 });
 
 test('popups: opened, reused last freed first, dragged, kept across tab switches', async () => {
   await withChart('detail_detailedmemory.html', async (page) => {
-    const first = await columnPoint(page, 1);
-    await page.mouse.click(first.x, first.y);
-    assert.deepEqual(await openPopups(page), ['popupDiv100']);
-    const figures = await page.$$eval('#popupDiv100 td[style*="right"]', (cells) => cells.map((c) => Number(c.textContent)));
-    assert.deepEqual(figures, await evaluate(page, () => {
-      const r = procData[firstVisibleRow + 1];
-      return [r.FreeStart, r.ReservedStart, r.CommittedStart, r.DllsStart, r.NonProcessStart];
-    }));
-    assert.equal(await page.isVisible('#outlineDiv1'), true);
-    assert.ok((await page.textContent('#popupDiv100')).includes('evaluate parameters'));
+    await clickAt(page, await columnPoint(page, 1));
+    assert.deepEqual([await openPopups(page), await shownOutlines(page), (await page.textContent('#popupDiv100')).includes('evaluate parameters'),
+                      await page.$$eval('#popupDiv100 td[style*="right"]', (cells) => cells.map((c) => Number(c.textContent)))],
+                     [['popupDiv100'], ['outlineDiv1'], true, await evaluate(page, () => ['Free', 'Reserved', 'Committed', 'Dlls',
+                       'NonProcess'].map((field) => procData[firstVisibleRow + 1][field + 'Start']))]);
     const second = await columnPoint(page, 3);
-    await page.mouse.click(second.x, second.y);
+    await clickAt(page, second);
     assert.deepEqual(await openPopups(page), ['popupDiv100', 'popupDiv99']);
 
     // Dragging the title moves the popup.
@@ -89,14 +80,12 @@ test('popups: opened, reused last freed first, dragged, kept across tab switches
     await showTab(page, 'Aggregate');
     assert.equal(await page.isVisible('#popupDiv100 table'), false);
     await showTab(page, 'MemChart');
-    for (const id of ['popupDiv100 table', 'popupDiv99 table', 'outlineDiv3']) {
-      assert.equal(await page.isVisible('#' + id), true, id);
-    }
+    assert.deepEqual([await page.isVisible('#popupDiv100 table'), await page.isVisible('#popupDiv99 table'), await shownOutlines(page)],
+                     [true, true, ['outlineDiv1', 'outlineDiv3']]);
     // Closing frees the index; the next popup takes the last freed.
     await page.click('#popupClose100');
-    assert.deepEqual(await openPopups(page), ['popupDiv99']);
-    assert.equal(await page.isVisible('#outlineDiv1'), false);
-    await page.mouse.click(second.x, second.y);
+    assert.deepEqual([await openPopups(page), await shownOutlines(page)], [['popupDiv99'], ['outlineDiv3']]);
+    await clickAt(page, second);
     assert.deepEqual(await openPopups(page), ['popupDiv100', 'popupDiv99']);
 
     // The hundred-and-first popup takes no index.
@@ -107,19 +96,16 @@ test('popups: opened, reused last freed first, dragged, kept across tab switches
                      pageY: canvas.top + window.scrollY + marginTop + 20 });
       }
     });
-    assert.equal((await openPopups(page)).length, 100);
-    assert.equal(await evaluate(page, () => availablePopupIndices.length), 0);
+    assert.deepEqual([(await openPopups(page)).length, await evaluate(page, () => availablePopupIndices.length)], [100, 0]);
   });
 });
 
 test('the zoom of a 64-bit address space, cut labels, a popup wider than the window', async () => {
   await withChart('wide_detailedmemory.html', async (page) => {
     const labels = await printedOn(page, 'lockedcanvas');
-    assert.equal(labels[0], 'NP = 2e6');
-    assert.ok(labels.slice(1, 11).every((label) => label.startsWith('+')), labels.join(' '));
+    assert.ok(labels[0] === 'NP = 2e6' && labels.slice(1, 11).every((label) => label.startsWith('+')), labels.join(' '));
     const cut = (await printedOn(page, 'scrollcanvas')).filter((text) => text.startsWith('a phase whose'));
-    assert.ok(cut.length > 0 && cut.every((text) => text.endsWith('...')));
-    assert.equal(await evaluate(page, () => bEllipsed[1]), true);
+    assert.ok(cut.length > 0 && cut.every((text) => text.endsWith('...')) && await evaluate(page, () => bEllipsed[1]));
     // The long name's column, clicked low in a window that ends just below the click.
     await clickWidePopup(page, await columnPoint(page, 1, 0.1));
   }, narrow);
@@ -130,13 +116,8 @@ test('all-zero figures', async () => {
     assert.deepEqual(await printedOn(page, 'lockedcanvas'), ['0', '~8TB', 'Virtual Memory']);
     const [middle, bottom] = await evaluate(page, () => [Math.round((leftX[1] + rightX[1]) / 2), x_scroll.height - 8]);
     assert.notEqual(await colour(page, middle, bottom), '#666666');
-  }, { prepare: `
-    for (const record of procData) {
-      for (const field of ['Free', 'Reserved', 'Committed', 'Dlls', 'NonProcess', 'FreeStart',
-                           'ReservedStart', 'CommittedStart', 'DllsStart', 'NonProcessStart']) {
-        record[field] = 0;
-      }
-    }` });
+  }, { prepare: `for (const record of procData) for (const field of ['Free', 'Reserved', 'Committed', 'Dlls', 'NonProcess'])
+                   record[field] = record[field + 'Start'] = 0;` });
 });
 
 test('50,000 rows: only a window of columns is drawn, and scrolling redraws it', async () => {

@@ -4,7 +4,7 @@
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { aggregateRow, detailPhases, follow, scrollDiv, showTab, tabArguments, texts, withReport }
+import { aggregateRow, detailPhases, follow, scrollDiv, showTab, tabArguments, texts, textsOf, withReport }
   from './report_browser.mjs';
 
 const big = { viewport: { width: 1600, height: 1600 } };
@@ -28,9 +28,8 @@ test('every page opens on Aggregate, and every tab switches to every other', asy
           for (const to of tabs.filter((tab) => tab !== from)) {
             await page.evaluate((argument) => ShowTable(argument), tabArguments[from]);
             await showTab(page, to);
-            for (const tab of tabs) {
-              assert.equal(await page.isVisible('#' + tabDiv(name, tab)), tab === to, `${name} ${from} -> ${to}: ${tab}`);
-            }
+            const shown = await Promise.all(tabs.map((tab) => page.isVisible('#' + tabDiv(name, tab))));
+            assert.deepEqual(shown, tabs.map((tab) => tab === to), `${name} ${from} -> ${to}`);
           }
         }
       });
@@ -60,12 +59,12 @@ test('the aggregate table sorts both ways, and another column starts ascending',
       return (await texts(page, '#aggregateSummaryTable td[id$="col1"]')).map(Number);
     };
     const [ascending, descending] = [await counts(), await counts()];
-    assert.deepEqual([ascending, descending], [[...ascending].sort((a, b) => a - b), [...ascending].sort((a, b) => b - a)]);
     assert.notDeepEqual(ascending, descending);
     // Another column begins ascending again, names compared without case.
     await page.click('#aggregateSummaryTable span:text-is("Phase")');
     const names = (await texts(page, '#aggregateSummaryTable td[id$="col0"]')).map((n) => n.toLowerCase());
-    assert.deepEqual(names, [...names].sort());
+    assert.deepEqual([ascending, descending, names],
+                     [[...ascending].sort((a, b) => a - b), [...ascending].sort((a, b) => b - a), [...names].sort()]);
   });
 });
 
@@ -86,16 +85,15 @@ test('difference pages: NA for one side\'s phases, colour classes and the link t
     await withReport(`difference_${metric}.html`, async (page) => {
       // "load model" is only on the left, "link model" only on the right.
       const [leftOnly, rightOnly] = [await aggregateRow(page, 'load model'), await aggregateRow(page, 'link model')];
-      assert.deepEqual([leftOnly[2], rightOnly[1]], ['NA', 'NA'], metric);
-      assert.ok(leftOnly.slice(4).includes('NA') && rightOnly.slice(4).includes('NA'), metric);
       const binned = await page.$$eval('#aggregateSummaryTable td', (cells) =>
         cells.filter((cell) => /\b(GT50|LTM50|BETWN_[M0-9_]+)\b/.test(cell.className)).length);
-      assert.ok(binned > 0, 'relative deviations have colour classes');
+      // Relative deviations have colour classes.
+      assert.deepEqual([leftOnly[2], rightOnly[1], leftOnly.slice(4).includes('NA'), rightOnly.slice(4).includes('NA'), binned > 0],
+                       ['NA', 'NA', true, true, true], metric);
       // Four runs of "outputs" on the left, five on the right: five aligned rows, ticked.
       await follow(page, '#aggregateSummaryTable a:text-is("outputs")', 'phaseSummary');
-      assert.deepEqual(await detailPhases(page), Array(5).fill('outputs'));
-      assert.equal(await page.textContent('#totalChecked'), '5');
-      assert.ok((await texts(page, '#phaseSummaryTable td[id^="row"]')).includes('NA'), metric);
+      assert.deepEqual([await detailPhases(page), await page.textContent('#totalChecked'),
+                        (await texts(page, '#phaseSummaryTable td[id^="row"]')).includes('NA')], [Array(5).fill('outputs'), '5', true], metric);
     }, big);
   }
 });
@@ -109,7 +107,7 @@ test('a parent only the right side has, on the first row: every tab works', asyn
     }), [1, 'session', -99.99, 0, 0]);
     assert.ok((await page.$$('#aggregateSummaryTable td[id$="col0"]')).length > 0);
     await showTab(page, 'Details');
-    assert.deepEqual([await page.textContent('#aggTD'), await page.textContent('#row0col1')],
+    assert.deepEqual(await textsOf(page, '#aggTD', '#row0col1'),
                      [`Aggregate (N = ${await page.evaluate(() => procData.length - numBlankData)})`, 'NA']);
     for (const tab of ['System Info', 'Aggregate']) await showTab(page, tab);
   }, big);

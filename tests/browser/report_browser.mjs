@@ -189,12 +189,21 @@ export const scrollDiv = (page, id, fraction, vertical = false) => page.$eval('#
 export const printedOn = (page, canvas) =>
   page.evaluate((id) => window.printed.filter((p) => p.canvas === id).map((p) => p.text), canvas);
 
-/// The colour of a pixel of a canvas, x and y from its top left; "none" where nothing is drawn.
-export const pixel = (page, canvas, x, y) => page.evaluate(([id, px, py]) => {
-  const data = document.getElementById(id).getContext('2d').getImageData(px, py, 1, 1).data;
-  return data[3] === 0 ? 'none' :
-    '#' + [data[0], data[1], data[2]].map((v) => v.toString(16).padStart(2, '0')).join('').toUpperCase();
-}, [canvas, x, y]);
+/// The colours of a column of pixels of a canvas from x, y (from its top left), height pixels or
+/// to the bottom; "none" where nothing is drawn.
+export const pixels = (page, canvas, x, y, height) => page.evaluate(([id, px, py, h]) => {
+  const canvas = document.getElementById(id);
+  const data = canvas.getContext('2d').getImageData(px, py, 1, h ?? canvas.height - py).data;
+  return [...Array(data.length / 4).keys()].map((i) => data[4 * i + 3] === 0 ? 'none' : '#' +
+    [...data.slice(4 * i, 4 * i + 3)].map((v) => v.toString(16).padStart(2, '0')).join('').toUpperCase());
+}, [canvas, x, y, height]);
+export const pixel = async (page, canvas, x, y) => (await pixels(page, canvas, x, y, 1))[0];
+
+export const clickAt = (page, point) => page.mouse.click(point.x, point.y);
+export const textsOf = (page, ...selectors) => Promise.all(selectors.map((s) => page.textContent(s)));
+/// The memory chart's outlines on show.
+export const shownOutlines = (page) => page.$$eval('div[id^="outlineDiv"]', (divs) =>
+  divs.filter((d) => d.style.display === 'block').map((d) => d.id).sort());
 
 /// Clicks at point in a window that ends just below it, on the memory chart's column of a popup
 /// wider than the window, checks that the popup and its close box are kept inside the window,
@@ -202,12 +211,10 @@ export const pixel = (page, canvas, x, y) => page.evaluate(([id, px, py]) => {
 export async function clickWidePopup(page, point) {
   await page.setViewportSize({ width: 1000, height: Math.round(point.y) + 30 });
   await page.mouse.click(point.x, point.y);
-  const [box, close, view] = await page.evaluate(() => [
-    document.querySelector('#popupDiv100 table').getBoundingClientRect().toJSON(),
-    document.getElementById('popupClose100').getBoundingClientRect().toJSON(),
-    [document.documentElement.clientWidth, document.documentElement.clientHeight]]);
-  assert.ok(box.width > view[0], 'the popup is wider than the window');
-  assert.ok(box.right <= view[0] && box.top >= 0 && box.bottom <= view[1], JSON.stringify(box));
+  const [box, close, view] = await page.evaluate(() => [document.querySelector('#popupDiv100 table').getBoundingClientRect().toJSON(),
+    popupClose100.getBoundingClientRect().toJSON(), [document.documentElement.clientWidth, document.documentElement.clientHeight]]);
+  // The popup is wider than the window.
+  assert.ok(box.width > view[0] && box.right <= view[0] && box.top >= 0 && box.bottom <= view[1], JSON.stringify(box));
   assert.ok(close.left >= 0 && close.right <= view[0] && close.top >= 0 && close.bottom <= view[1]);
   await page.mouse.click(close.left + close.width / 2, close.top + close.height / 2);
   assert.equal(await page.evaluate(() => availablePopupIndices.length), 100);
