@@ -53,8 +53,7 @@ TEST_F(Aggregation, ParentsHaveOnlyTheirGeneratedSelfTime) {
 }
 
 TEST_F(Aggregation, GeneratedRowsWithChildrenEmptyListsAndSelfRows) {
-    PTDiagnosticInfoList none;
-    EXPECT_TRUE(ptAggregate(*ptTracer(), none).empty());
+    EXPECT_TRUE(ptAggregate(*ptTracer(), PTDiagnosticInfoList()).empty());
 
     auto raw = makePoint(0, "G", "gap", true, 0.0);
     raw->_isGenerated = true;

@@ -23,7 +23,6 @@ protected:
         ptClearRawData();
         setPathStripRoot("");
     }
-    PerformanceTracer& tracer() { return *ptTracer(); }
 };
 
 /// Rows named by the given phases, all host-language rows of one grouping but where a name
@@ -62,7 +61,7 @@ TEST_F(Alignment, MatchesTheDirectFormOnRandomLists) {
             right.insert(right.end(), tail.begin(), tail.end());
         }
         const PTDiagnosticInfoList l = rowsOf(left), r = rowsOf(right);
-        ASSERT_EQ(ptAlignRows(tracer(), l, r), pt::testing::directAlignRows(l, r))
+        ASSERT_EQ(ptAlignRows(*ptTracer(), l, r), pt::testing::directAlignRows(l, r))
             << "round " << round;
     }
 }
@@ -78,7 +77,7 @@ TEST_F(Alignment, AggregatesAlignByPhaseNameAlone) {
     left.insert(entry("only left", "G1"));
     right.insert(entry("tool/f", "G2"));
     right.insert(entry("only right", "G2"));
-    const auto pairs = ptAlignAggregates(tracer(), left, right);
+    const auto pairs = ptAlignAggregates(*ptTracer(), left, right);
     ASSERT_EQ(pairs.size(), 3u);
     // Ascending phase ids: "tool/ks_customization/f" 0, "only left" 1, "tool/f" 2, ...
     EXPECT_EQ(std::make_tuple(pairs[0].kind, pairs[0].left->_phaseID, pairs[0].right->_phaseID,

@@ -24,7 +24,6 @@ namespace {
 using pt::testing::expectGoldenText;
 
 constexpr double kMiB = 1048576.0;
-const char* const kMetrics[] = {"time", "basicmemory", "detailedmemory", "elapsed"};
 
 /// A run under the grouping "EvalPrms", whose id is 0 in every process, CPU times half the
 /// wall-clock times; memory figures grow with each point so that every field has a value of
@@ -87,8 +86,7 @@ protected:
         const auto section = [&text](const std::string& title, const std::string& block) {
             text += "=== " + title + " ===\n" + block;
         };
-        for (const char* metric : kMetrics) {
-            const std::string m = metric;
+        for (const std::string m : {"time", "basicmemory", "detailedmemory", "elapsed"}) {
             section("procData " + m, ptHtmlProcData(t, _left, m));
             section("aggData " + m, ptHtmlAggData(t, _leftAggregates, m, false));
             section("procData comparison " + m, ptHtmlProcDiffData(t, rowPairs, m, "LHS", "RHS"));
@@ -138,8 +136,8 @@ TEST_F(DataBlocks, CarryOversOfTheComparisonWriter) {
 
 TEST_F(DataBlocks, FiguresThatAreNotFiniteAreTheScriptsOwnNumbers) {
     PerformanceTracer& t = *ptTracer();
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double inf = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN(),
+                 inf = std::numeric_limits<double>::infinity();
     PTRawDataVector log = runOf("run+0,leaf+.1,leaf-0,run-0");
     log[2]->_wcTime = log[2]->_cpuTime = nan;
     log[3]->_wcTime = log[3]->_cpuTime = inf;

@@ -24,8 +24,8 @@ std::string streamed(T value, int precision) {
 // not rounded, and precision 0 cuts one character short of the point; a clock of 1000 MHz is
 // not above 1 GHz after the division.
 TEST(NumberText, ReportTextsAndDecimalCasts) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double inf = std::numeric_limits<double>::infinity();
+    const double nan = std::numeric_limits<double>::quiet_NaN(),
+                 inf = std::numeric_limits<double>::infinity();
     const std::vector<std::string> texts = {
         ptNumberText(0.125, 5),        ptNumberText(1234.56, 5),
         ptNumberText(123456.7, 5),     ptNumberText(100000.0, 5),

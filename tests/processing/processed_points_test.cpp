@@ -33,11 +33,9 @@ TEST_F(ProcessedPoints, RowsTakeTheClassThatThePointTypeNames) {
     ASSERT_NE(row, nullptr);
     // Times come with the end point.
     EXPECT_EQ(std::make_tuple(row->_pointType, row->HTMLRowNumber, row->stackDepth, row->gapRow,
-                              row->wcStartTime),
-              std::make_tuple(2, 7, 3, true, 0.0));
-    EXPECT_EQ(std::make_pair(row->_basicMem->procMemUsage, row->_basicMem->procMemUsageDelta),
-              std::make_pair(2.0, 0.0));
-    EXPECT_EQ(ptGetMachineStr(row->machineID()), "machine");
+                              row->wcStartTime, row->_basicMem->procMemUsage,
+                              row->_basicMem->procMemUsageDelta, ptGetMachineStr(row->machineID())),
+              std::make_tuple(2, 7, 3, true, 0.0, 2.0, 0.0, "machine"));
 
     // A type that names no class, or a class narrower than its type, gives what it can.
     const auto odd = makePoint(0, "G", "p", true, 1.0);
@@ -46,10 +44,10 @@ TEST_F(ProcessedPoints, RowsTakeTheClassThatThePointTypeNames) {
     odd->_pointType = 2;
     odd->_detailedMem.reset();
     const PTDiagnosticInfo narrow(odd, 1, 0);
-    EXPECT_EQ(std::make_pair(narrow._point->modelID(), narrow._point->chartID()),
-              std::make_pair(-1, -1));
     ASSERT_TRUE(narrow._point->_detailedMem);
-    EXPECT_EQ(narrow._point->_detailedMem->freeMem, 0.0);
+    EXPECT_EQ(std::make_tuple(narrow._point->modelID(), narrow._point->chartID(),
+                              narrow._point->_detailedMem->freeMem),
+              std::make_tuple(-1, -1, 0.0));
 }
 
 TEST_F(ProcessedPoints, SamePhaseKeysAndIds) {

@@ -18,7 +18,6 @@ namespace {
 class Selection : public ::testing::Test {
 protected:
     void SetUp() override { ptClearRawData(); }
-    PerformanceTracer& tracer() { return *ptTracer(); }
 };
 
 std::string phases(const PTProcessedData& data) {
@@ -30,7 +29,7 @@ std::string phases(const PTProcessedData& data) {
 }
 
 TEST_F(Selection, NullListsMeanTheLiveStore) {
-    PerformanceTracer& t = tracer();
+    PerformanceTracer& t = *ptTracer();
     PTPointMap map;
     PTProcessedData empty, diagnostic, models, unknown;
     ptMatchModels(t, nullptr, {"GLOBAL"}, map, empty);  // an empty store: an error
