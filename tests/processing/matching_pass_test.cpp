@@ -2,6 +2,8 @@
 #include "processing/selection.h"
 
 #include <performance_tracer/constants.h>
+#include <performance_tracer/groupings.h>
+#include <performance_tracer/logging.h>
 #include <performance_tracer/names.h>
 #include <performance_tracer/raw_store.h>
 #include <performance_tracer/tracer.h>
@@ -12,6 +14,7 @@
 
 #include <cmath>
 #include <sstream>
+#include <tuple>
 
 #include "direct_matching_pass.h"
 #include "golden_text.h"
@@ -297,6 +300,49 @@ TEST_F(MatchingPass, GivesWhatTheDirectFormGives) {
             }
         }
     }
+}
+
+// ---- The selections' entry points ----
+
+TEST_F(MatchingPass, NullListsMeanTheLiveStore) {
+    PerformanceTracer& t = *ptTracer();
+    PTPointMap map;
+    PTProcessedData empty, diagnostic, models, unknown;
+    ptMatchModels(t, nullptr, {"GLOBAL"}, map, empty);  // an empty store: an error
+    const bool open = ptMatchDiagnostic(t, nullptr, "G", map, diagnostic);
+    EXPECT_EQ(std::make_tuple(empty._hasError, open, diagnostic._hasError),
+              std::make_tuple(true, true, false));
+
+    ptEnableGlobalLogging(true);
+    ptAddGrouping("Live");
+    ptLogKestruneData("Live", "m", "t", "phase", true);
+    ptLogKestruneData("Live", "m", "t", "phase", false);
+    ptLogOrviaData("Live", "host", true);
+    ptLogOrviaData("Live", "host", false);
+    ptEnableGlobalLogging(false);
+
+    ptMatchModels(t, nullptr, {"m"}, map, models);
+    EXPECT_EQ(std::make_tuple(models._hasError, map.size()), std::make_tuple(false, 2u));
+    map.clear();
+    EXPECT_FALSE(ptMatchDiagnostic(t, nullptr, "never added", map, unknown) || !map.empty());
+    const PTProcessedData live = ptGetProcessedDataForGroupings(nullptr, {"Live"});
+    std::string phases;
+    for (const auto& row : live._rows) {
+        phases += ptGetPhaseStr(row->_point->_phaseID) + std::to_string(row->_point->_pointType);
+    }
+    EXPECT_EQ(phases, "phase1host0");
+    const PTProcessedData byModel = ptGetProcessedDataForModels(nullptr, {"m"});
+    ASSERT_EQ(byModel._rows.size(), 1u);
+    EXPECT_EQ(ptGetModelStr(byModel._rows[0]->_point->modelID()), "m");
+    EXPECT_EQ(t._rawData->size(), 4u);  // the store itself is never changed
+
+    // No store at all: an empty record that is no error.
+    auto store = std::move(t._rawData);
+    const PTProcessedData nothing = ptGetProcessedDataForGroupings(nullptr, {"GLOBAL"});
+    t._rawData = std::move(store);
+    EXPECT_EQ(std::make_tuple(nothing._rows.size(), nothing._hasError, nothing._totalWC,
+                              nothing._levelCount),
+              std::make_tuple(0u, false, 0.0, 0));
 }
 
 }  // namespace
