@@ -24,10 +24,6 @@
 namespace {
 
 using pt::testing::copyLog;
-using pt::testing::logOf;
-using pt::testing::LogOptions;
-using pt::testing::makePoint;
-using pt::testing::randomLog;
 using Names = std::vector<std::string>;
 
 /// A pass with every row it made, in the order of the points that opened them.
@@ -158,7 +154,7 @@ TEST_F(MatchingPass, RowsWaitsAndBrokenInstrumentation) {
         "descendants\nfigures: wall and CPU totals, levels, base wall and CPU, error, detailed "
         "memory\n";
     for (const auto& c : cases) {
-        PTRawDataVector log = logOf(c.events);
+        PTRawDataVector log = pt::testing::logOf(c.events);
         const std::string before = listOf(log);
         const Pass pass = run(log, {c.name}, c.variant);
         text += "== " + std::string(c.what) + ": " + c.events + "\n" + rowsOf(pass);
@@ -175,7 +171,7 @@ TEST_F(MatchingPass, PhasesNestedAHundredThousandDeep) {
     constexpr std::int32_t kDepth = pt::testing::largeSize(100000, 20000);
     PTRawDataVector log;
     for (std::int32_t i = 0; i < 2 * kDepth; ++i) {
-        log.push_back(makePoint(0, "G", "p", i < kDepth, i * 1e-6));
+        log.push_back(pt::testing::makePoint(0, "G", "p", i < kDepth, i * 1e-6));
     }
     const PTProcessedData data = ptGetProcessedDataForGroupings(&log, {"G"});
     ASSERT_FALSE(data._hasError);
@@ -245,13 +241,13 @@ TEST_F(MatchingPass, GivesWhatTheDirectFormGives) {
     std::mt19937 rng(99);
     std::uniform_real_distribution<double> unit(0.0, 1.0);
     for (int round = 0; round < 400; ++round) {
-        LogOptions options;
+        pt::testing::LogOptions options;
         options.points = 2 * std::uniform_int_distribution<int>(1, 100)(rng);
         options.gapChance = round % 7 == 0 ? 0.0 : 0.3;
         options.unaccountedChance = round % 2 ? 0.15 : 0.0;
         options.backwardsChance = round % 5 == 0 ? 0.1 : 0.0;
         options.faults = round % 3 == 0 ? 2 : 0;
-        PTRawDataVector log = randomLog(rng, options);
+        PTRawDataVector log = pt::testing::randomLog(rng, options);
         for (auto& point : log) {  // memory records of every kind: missing, zero and real
             if (unit(rng) < 0.1) {
                 point->_basicMem.reset();

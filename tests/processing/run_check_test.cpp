@@ -19,7 +19,7 @@
 
 namespace {
 
-using pt::CheckVerdict;
+using V = pt::CheckVerdict;
 
 class RunCheck : public ::testing::Test {
 protected:
@@ -72,8 +72,7 @@ TEST_F(RunCheck, VerdictsThresholdsAndTheWorstFirst) {
     pt::CheckOptions options;
     const pt::CheckResult result = ptCheckRuns(base, changed, options);
 
-    using V = CheckVerdict;
-    const std::tuple<const char*, const char*, CheckVerdict, double> expected[] = {
+    const std::tuple<const char*, const char*, V, double> expected[] = {
         {"slow", "self=total", V::Regression, 1.3},
         {"added", "self=total", V::NewOnly, 1.0},
         {"gone", "self=total", V::BaseOnly, 1.0},
@@ -108,7 +107,7 @@ TEST_F(RunCheck, VerdictsThresholdsAndTheWorstFirst) {
     const pt::CheckResult lenient = ptCheckRuns(base, changed, options);
     EXPECT_EQ(std::make_tuple(find(lenient, "slow", "self=total").verdict,
                               find(lenient, "fast", "self=total").verdict, lenient.failed()),
-              std::make_tuple(CheckVerdict::WithinThreshold, CheckVerdict::WithinThreshold, false));
+              std::make_tuple(V::WithinThreshold, V::WithinThreshold, false));
     options.failOnMissing = true;
     EXPECT_TRUE(ptCheckRuns(base, changed, options).failed());
 }
@@ -172,7 +171,7 @@ TEST_F(RunCheck, SyntheticRunsFromARealLogKeepTheirTruth) {
         const std::string slowed = leaves[static_cast<std::size_t>(trial) % leaves.size()];
         noise.change = {{slowed, 1.1}};
         const pt::CheckResult result = ptCheckRuns(base, runs(noise), pt::CheckOptions());
-        detected += find(result, slowed, "self=total").verdict == CheckVerdict::Regression;
+        detected += find(result, slowed, "self=total").verdict == V::Regression;
     }
     EXPECT_LE(falseAlarms, 1);
     EXPECT_GE(detected, kTrials - 1);

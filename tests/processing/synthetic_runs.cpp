@@ -102,8 +102,7 @@ PTRawDataVector synthesizeRun(const PTRawDataVector& log, const Synthesis& synth
     std::normal_distribution<double> normal(0.0, synthesis.noise > 0.0 ? synthesis.noise : 1.0);
     std::map<std::int32_t, double> factors;  // by phase id; -1 outside every phase
     const auto factorOf = [&](std::int32_t phase) {
-        const auto found = factors.find(phase);
-        if (found != factors.end()) {
+        if (const auto found = factors.find(phase); found != factors.end()) {
             return found->second;
         }
         double factor = synthesis.noise > 0.0 ? std::exp(normal(rng)) : 1.0;
