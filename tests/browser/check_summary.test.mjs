@@ -49,16 +49,14 @@ test('check summary: a passed check and one with too few runs say so', async () 
   await withReport('check/passed.html', async (page) => {
     assert.match(await textOf(page, 'checkHeadline'), /^PASSED: no phase regressed beyond 5%/);
     const rows = await rowsOf(page);
-    assert.ok(rows.length >= 20 && rows.every((row) => !/verdictRegression/.test(row.verdictClass)));
-    assert.equal(await page.$eval('#checkNotice', (notice) => getComputedStyle(notice).display), 'none');
+    assert.ok(rows.length >= 20 && rows.every((row) => !/verdictRegression/.test(row.verdictClass)) &&
+              await page.$eval('#checkNotice', (notice) => getComputedStyle(notice).display === 'none'));
   });
   await withReport('check/inconclusive.html', async (page) => {
     assert.match(await textOf(page, 'checkHeadline'), /^INCONCLUSIVE/);
     assert.match(await textOf(page, 'checkNotice'), /no p-value can go below 0\.1, .* at least \d+ runs on each side/);
-    const rows = await rowsOf(page);
-    assert.ok(rows.every((row) => row.cells[7] !== 'regression'));
-    const sort = rows.find((row) => row.cells[0] === 'sort blocks');
-    assert.equal(sort.baseRuns + sort.newRuns, 6);
-    assert.ok(rows.some((row) => row.cells[5] === 'too few runs'));
+    const rows = await rowsOf(page), sort = rows.find((row) => row.cells[0] === 'sort blocks');
+    assert.deepEqual([rows.every((row) => row.cells[7] !== 'regression'), rows.some((row) => row.cells[5] === 'too few runs'),
+                      sort.baseRuns + sort.newRuns], [true, true, 6]);
   });
 });

@@ -1,5 +1,4 @@
-// Names, labels, titles and system information full of quotes, markup, backslashes and line
-// breaks show as text and never run; names that are patterns match as text.
+// Names full of quotes, markup, backslashes and line breaks show as text; names that are patterns match as text.
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
@@ -44,8 +43,7 @@ test('a Detail page of hostile names, and a Difference page with hostile labels'
 test('names, labels and system information with a carriage return, U+2028 or U+2029', async () => {
   const names = ['first\rline', 'para\u2029graph', 'line\u2028separator'];
   await withReport('line_breaks_detail.html', async (page) => {
-    assert.deepEqual(await page.evaluate(() => [...Phase.slice(0, 3), Model[0], Chart[0]]),
-                     [...names, 'model\r2', 'chart\rone']);
+    assert.deepEqual(await page.evaluate(() => [...Phase.slice(0, 3), Model[0], Chart[0]]), [...names, 'model\r2', 'chart\rone']);
     // Markup reads a carriage return as a line feed; the rest stays as it is.
     assert.deepEqual((await aggregateNames(page)).sort(), [names[2], names[1]].sort());
     for (const tab of ['Call Tree', 'Details', 'MemChart', 'System Info']) await showTab(page, tab);
@@ -68,12 +66,12 @@ test('names that are patterns match as text; a filter that is no pattern matches
     const ticked = () => page.evaluate(() => CTDataView.Index.filter((n, i) => CTDataView.Checked[i] == 1)
       .map((n) => Phase[procData[nodeArray[n].IDs[0]].Phase]));
     // "(a+)+b" beside a long run of 'a': the link finds that phase alone, at once.
-    await follow(page, await linkOf('(a+)+b'), 'callTreeSummary');
-    assert.deepEqual(await ticked(), ['(a+)+b']);
     // A name of a megabyte: too large a pattern, but as text it finds itself.
-    await showTab(page, 'Aggregate');
-    await follow(page, await linkOf('a'.repeat(1 << 20)), 'callTreeSummary');
-    assert.deepEqual((await ticked()).map((name) => name.length), [1 << 20]);
+    for (const name of ['(a+)+b', 'a'.repeat(1 << 20)]) {
+      await page.evaluate(() => ShowTable('aggregateSummary'));
+      await follow(page, await linkOf(name), 'callTreeSummary');
+      assert.deepEqual(await ticked(), [name], name.slice(0, 10));
+    }
     // The user's own filters: not valid, or too large to run, they match nothing.
     for (const pattern of ['[unclosed', 'a'.repeat(1 << 20)]) {
       for (const [tab, prefix, action, total] of [['Details', '', 'userInputsAction', 'aggTD'],

@@ -1,6 +1,5 @@
-// The MemChart tab of Detail pages: columns drawn in the category colours, the window redrawn
-// on scroll, popups opened, reused, dragged, kept across tab switches and kept inside the
-// window, the zoom of 64-bit address spaces, all-zero figures, and a chart of 50,000 rows.
+// The MemChart tab of Detail pages: colours, scrolling, popups, the zoom of 64-bit address spaces,
+// all-zero figures, and a chart of 50,000 rows.
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
@@ -39,13 +38,11 @@ test('columns in the category colours, and the window and a popup column moved o
     await showTab(page, 'Details');
     await page.click('#userInputs input[value="Refresh"]');
     assert.ok(await evaluate(page, () => dataView.Index.length === procData.length - numBlankData));
-    // Scrolled to the end: the last real row is in the window, its column whole inside it, and a
-    // popup's outline and close box follow its column.
+    // Scrolled to the end: the last row's column whole in the window; a popup's outline and close box follow its column.
     await showTab(page, 'MemChart');
     await clickAt(page, await columnPoint(page, 8));
     const row = await evaluate(page, () => firstVisibleRow + 8);
-    await scrollDiv(page, 'fakecanvasdiv', 1);
-    await page.waitForFunction(() => firstVisibleRow > 0);
+    await scrollDiv(page, 'fakecanvasdiv', { x: 1 }, () => firstVisibleRow > 0);
     assert.ok(await evaluate(page, () => visiblePhaseNames.includes(phaseLabel(procData[realRows() - 1])) &&
       rightX[realRows() - 1 - firstVisibleRow] <= document.getElementById('scrollcanvasdiv').clientWidth));
     const column = row - await evaluate(page, () => firstVisibleRow);
@@ -122,8 +119,7 @@ test('all-zero figures', async () => {
 
 test('50,000 rows: only a window of columns is drawn, and scrolling redraws it', async () => {
   await withChart('large_detailedmemory.html', async (page) => {
-    await scrollDiv(page, 'fakecanvasdiv', 0.5);
-    await page.waitForFunction(() => firstVisibleRow > 20000);
+    await scrollDiv(page, 'fakecanvasdiv', { x: 0.5 }, () => firstVisibleRow > 20000);
     assert.ok(await evaluate(page, () => phasesToRender < 200));
   }, { viewport: { width: 1600, height: 1200 } });
 });

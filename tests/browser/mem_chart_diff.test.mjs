@@ -1,5 +1,4 @@
-// The MemChart tab of Difference pages: graphs in the category colours, shaded where a side
-// lacks the phase, deviations, popups, bands, zoom, equal runs, zero figures, end of the scroll.
+// The MemChart tab of Difference pages: colours, shading, deviations, popups, bands, zoom, equal runs.
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
@@ -201,8 +200,7 @@ test('two equal runs of 50,000 rows: no deviation, a window of columns, the end 
                      [0, ['', '', '', '', '', '0', '', '', '', '', ''], 'none']);
     assert.ok(await evaluate(page, () => phasesToRender < 200));
     // At the end the last row is in view and the bands end at its column.
-    await scrollDiv(page, 'fakeCanvasDiffDiv', 1);
-    await page.waitForFunction(() => chartAtEnd);
+    await scrollDiv(page, 'fakeCanvasDiffDiv', { x: 1 }, () => chartAtEnd);
     const end = await evaluate(page, () => {
       const last = realRows() - 1 - firstVisibleRow;
       return { label: visiblePhaseNames[last], wanted: phaseLabel(procData[realRows() - 1]), columnRight: bandLeft + rightX[last],

@@ -1,6 +1,5 @@
-// Every kind of report opens on Aggregate and switches between all its tabs, also with figures
-// that are not finite; the Aggregate table sorts and scrolls; comparison pages show "NA" for one
-// side's phases, colour their deviations, and stay whole with a first row only the right has.
+// Every kind of report and its tabs, also with figures that are not finite; the Aggregate table;
+// comparison pages with phases of one side only.
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
@@ -17,28 +16,25 @@ const tabDiv = (name, tab) => ({ 'Aggregate': 'aggregateSummaryDiv', 'Call Tree'
   'MemChart': name.startsWith('difference') ? 'absDevCanvasDiffDiv' : 'scrollcanvasdiv' })[tab];
 
 test('every page opens on Aggregate, and every tab switches to every other', async () => {
-  for (const kind of ['detail', 'difference', 'aggregate', 'aggregate_difference']) {
-    for (const metric of ['time', 'basicmemory', 'detailedmemory']) {
-      const name = `${kind}_${metric}.html`;
-      const tabs = tabsOf(name);
-      await withReport(name, async (page) => {
-        assert.ok((await texts(page, '#aggregateSummaryTable td[id$="col0"]')).length > 0, name);
-        assert.deepEqual(await texts(page, '#headerTable div[id="header"]:not([style*="none"]) li'), tabs);
-        for (const from of tabs) {
-          for (const to of tabs.filter((tab) => tab !== from)) {
-            await page.evaluate((argument) => ShowTable(argument), tabArguments[from]);
-            await showTab(page, to);
-            const shown = await Promise.all(tabs.map((tab) => page.isVisible('#' + tabDiv(name, tab))));
-            assert.deepEqual(shown, tabs.map((tab) => tab === to), `${name} ${from} -> ${to}`);
-          }
+  for (const name of ['detail', 'difference', 'aggregate', 'aggregate_difference'].flatMap((kind) =>
+    ['time', 'basicmemory', 'detailedmemory'].map((metric) => `${kind}_${metric}.html`))) {
+    const tabs = tabsOf(name);
+    await withReport(name, async (page) => {
+      assert.ok((await texts(page, '#aggregateSummaryTable td[id$="col0"]')).length > 0, name);
+      assert.deepEqual(await texts(page, '#headerTable div[id="header"]:not([style*="none"]) li'), tabs);
+      for (const from of tabs) {
+        for (const to of tabs.filter((tab) => tab !== from)) {
+          await page.evaluate((argument) => ShowTable(argument), tabArguments[from]);
+          await showTab(page, to);
+          const shown = await Promise.all(tabs.map((tab) => page.isVisible('#' + tabDiv(name, tab))));
+          assert.deepEqual(shown, tabs.map((tab) => tab === to), `${name} ${from} -> ${to}`);
         }
-      });
-    }
+      }
+    });
   }
 });
 
-// Figures that are not finite, as a damaged or foreign value file may hold them, reach the
-// page's scripts as the numbers NaN and Infinity.
+// Figures that are not finite, as a damaged or foreign file may hold them, reach the page as NaN and Infinity.
 test('pages of figures that are not finite open, show every tab and print NaN and Infinity', async () => {
   for (const name of ['detail', 'difference'].flatMap((kind) => ['time', 'basicmemory', 'detailedmemory']
     .map((metric) => `non_finite_${kind}_${metric}.html`))) {
@@ -72,8 +68,7 @@ test('the aggregate strip of a long table re-fills its 32 rows', async () => {
   await withReport('large_difference.html', async (page) => {
     const names = () => texts(page, '#aggregateSummaryTable td[id$="col0"]');
     const before = await names();
-    await scrollDiv(page, 'aggregateSummaryScrollTableDiv', 1, true);
-    await page.waitForFunction((first) => document.getElementById('aggRow0col0').textContent !== first, before[0]);
+    await scrollDiv(page, 'aggregateSummaryScrollTableDiv', { y: 1 }, (first) => aggRow0col0.textContent !== first, before[0]);
     const after = await names();
     assert.deepEqual([before.length, after.length, after[31]],
                      [32, 32, await page.evaluate(() => Phase[aggData[aggDataView.Index.at(-1)].Phase])]);

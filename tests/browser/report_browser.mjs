@@ -135,9 +135,8 @@ export async function withReport(name, body, { viewport = { width: 1280, height:
 }
 
 export async function screenshot(page, name) {
-  const folder = join(reports, 'screenshots');
-  mkdirSync(folder, { recursive: true });
-  await page.screenshot({ path: join(folder, name + '.png'), fullPage: false });
+  mkdirSync(join(reports, 'screenshots'), { recursive: true });
+  await page.screenshot({ path: join(reports, 'screenshots', name + '.png'), fullPage: false });
 }
 
 export const tabArguments = {
@@ -169,6 +168,13 @@ export const texts = (page, selector) => page.$$eval(selector, (all) => all.map(
 export const detailPhases = (page) => page.$$eval('#phaseSummaryTable td[id^="phaseTD"]',
   (cells) => cells.map((cell) => cell.childNodes[0].textContent));
 
+/// The procData indices of the Details tab's rows on show.
+export const detailRows = (page) => page.$$eval('#phaseSummaryTable td[id^="execTD"]', (cells) => cells.map((c) => Number(c.textContent)));
+
+/// The texts of the cells of each row of the tables a selector names.
+export const tableCells = (page, tables) => page.$$eval(tables + ' tr', (rows) =>
+  rows.map((row) => [...row.querySelectorAll('td')].map((cell) => cell.textContent)));
+
 /// The cells of the aggregate table's row of a phase.
 export const aggregateRow = (page, phase) => page.$eval(`#aggregateSummaryTable a:text-is("${phase}")`,
   (link) => [...link.closest('tr').querySelectorAll('td')].map((cell) => cell.textContent));
@@ -180,11 +186,14 @@ export async function filterCallTree(page, phase) {
   await page.click('#CT_userInputs input[value="Refresh"]');
 }
 
-/// Scrolls a div to a fraction of its range.
-export const scrollDiv = (page, id, fraction, vertical = false) => page.$eval('#' + id, (div, [f, v]) => {
-  if (v) div.scrollTop = (div.scrollHeight - div.clientHeight) * f;
-  else div.scrollLeft = (div.scrollWidth - div.clientWidth) * f;
-}, [fraction, vertical]);
+/// Scrolls a div to a fraction of its range across ({ x }) or down ({ y }), and waits for until(arg).
+export async function scrollDiv(page, id, { x, y }, until, arg) {
+  await page.$eval('#' + id, (div, [x, y]) => {
+    if (y !== undefined) div.scrollTop = (div.scrollHeight - div.clientHeight) * y;
+    else div.scrollLeft = (div.scrollWidth - div.clientWidth) * x;
+  }, [x, y]);
+  await page.waitForFunction(until, arg);
+}
 
 export const printedOn = (page, canvas) =>
   page.evaluate((id) => window.printed.filter((p) => p.canvas === id).map((p) => p.text), canvas);

@@ -1,8 +1,6 @@
-// pt_write_report_runs [--scale PARENTS] FOLDER: writes the value files that the browser tests
-// read, with basic and detailed memory figures in every point as a platform that measures memory
-// writes them (on Linux the tracer samples none). With --scale, only scale_base.hvf and
-// scale_new.hvf for the page benchmark: runs of the shape of large.hvf with PARENTS parents of
-// nine children each (ten rows and twenty points a parent), differing in times and memory.
+// pt_write_report_runs [--scale PARENTS] FOLDER: the value files of the browser tests, with memory
+// figures in every point (on Linux the tracer samples none). With --scale, only the page
+// benchmark's scale_base.hvf and scale_new.hvf: large.hvf's shape with PARENTS parents.
 
 #include <performance_tracer/groupings.h>
 #include <performance_tracer/logging.h>
@@ -32,15 +30,15 @@ using Edit = std::function<void(const PTRawDataVector&)>;
 constexpr double kMiB = 1048576.0;
 constexpr int kDeepChainLevels = 2000;
 
+void nothing() {}
+
 /// A phase of each class around what body logs; the grouping is "Run".
-void orvia(
-    const std::string& phase, const Body& body = [] {}) {
+void orvia(const std::string& phase, const Body& body = nothing) {
     ptLogOrviaData("Run", phase, true);
     body();
     ptLogOrviaData("Run", phase, false);
 }
-void kestrune(
-    const std::string& model, const std::string& phase, const Body& body = [] {}) {
+void kestrune(const std::string& model, const std::string& phase, const Body& body = nothing) {
     ptLogKestruneData("Run", model, "rtw", phase, true);
     body();
     ptLogKestruneData("Run", model, "rtw", phase, false);
@@ -50,9 +48,8 @@ void ylvane(const std::string& model, const std::string& chart, const std::strin
     ptLogYlvaneData("Run", model, "rtw", "sfun machine", chart, phase, false);
 }
 
-/// Saves a run of what log logs, with the system information given or this machine's. Its
-/// points get wall clock, CPU time and memory in order, so that the figures grow through the run
-/// and differ between runs of other scales; edit may then change them.
+/// Saves a run of what log logs, its figures growing through the run and differing between
+/// scales, then changed by edit; with the system information given or this machine's.
 void write(const std::filesystem::path& file, const Body& log, double scale = 1.0,
            const Edit& edit = {}, const hvArray* systemInfo = nullptr) {
     ptClearRawData();
@@ -103,8 +100,7 @@ hvUniqueArray systemInfoOf(const std::string& before, const std::string& after) 
     return info;
 }
 
-/// A session of the three tools; the second variant has "link model" where the first has
-/// "load model", and one more step.
+/// A session of the three tools; variant 1 has "link model" for "load model", and one more step.
 Body memorySession(int variant) {
     return [variant] {
         orvia("scripts/setup_plant.m", [&] {
@@ -150,9 +146,8 @@ void nest(int level) {
     }
 }
 
-/// The call tree text of a chain of 100,000 levels whose nodes stand for the rows of the deep
-/// chain's page in turn, keyed, folded with a copy of itself and written as a Detail page
-/// writes its tree: the page's scripts can take it in place of their own.
+/// The call tree text of two chains of 100,000 levels over the deep chain's rows, folded into
+/// one as a Detail page writes its tree: the page's scripts can take it in place of their own.
 void writeDeepTree(const std::filesystem::path& file) {
     PTCallTreeList roots;
     for (int copy = 0; copy < 2; ++copy) {
@@ -185,18 +180,15 @@ int main(int argc, char** argv) {
     if (scaleRuns) {
         const int parents = std::atoi(argv[2]);
         write(folder / "scale_base.hvf", largeRun(parents));
-        // Below 1.4 no step of the clock passes the gap threshold, so both runs have the same rows
-        // and align without a table.
+        // Below 1.4 no step passes the gap threshold: both runs have the same rows.
         write(folder / "scale_new.hvf", largeRun(parents), 1.25);
         ptClearRawData();
         return 0;
     }
     const std::string group = "Run \"quoted\" <group>";
     ptAddGrouping(group);
-    // Two runs of one workload that differ in times, in memory and in one phase each has that
-    // the other lacks; the first inside an outer phase, so that compared with it the first row
-    // is a parent that only the right side has; and the first with figures that are not
-    // numbers or are infinite, as a damaged or foreign file may hold them.
+    // Two runs that differ in figures and in one phase each; the first inside an outer phase (a
+    // first row only the right side has), and with figures that are not finite.
     write(folder / "memory_base.hvf", memorySession(0));
     write(folder / "memory_new.hvf", memorySession(1), 1.5);
     write(folder / "memory_outer.hvf", [] { orvia("session", memorySession(0)); });
@@ -228,9 +220,8 @@ int main(int argc, char** argv) {
     };
     write(folder / "hostile.hvf", hostile, 1.0, {}, systemInfoOf("<i>", "</i> & \"more\"").get());
 
-    // For the call tree: "step" (with "solve" inside) ten times in a row, two "worker" calls whose
-    // children differ, a wait of a second before "deep1", which holds "needle" three levels down,
-    // and a second root with a shorter loop and a "needle".
+    // For the call tree: a loop of ten "step", two "worker" calls whose children differ, a wait
+    // of a second before "deep1" ("needle" three levels down), and a second root.
     std::size_t waitBefore = 0;
     const auto loop = [](int times) {
         for (int i = 0; i < times; ++i) {
@@ -259,8 +250,7 @@ int main(int argc, char** argv) {
         }
     });
 
-    // A 64-bit address space: free and non-process figures in the millions of MiB that hardly
-    // move, under a phase whose name is too long for the chart's labels.
+    // A 64-bit address space, and a name too long for the chart's labels.
     const auto wide = [] {
         orvia("load data", [] {
             orvia("a phase whose name goes on " + std::string(300, 'x') + " to the end");
@@ -287,8 +277,7 @@ int main(int argc, char** argv) {
     write(folder / "line_breaks.hvf", lineBreaks, 1.0, {},
           systemInfoOf("", "\r\u2028\u2029end").get());
 
-    // Phase names that are patterns: "(a+)+b" takes for ever to fail on the long run of 'a'
-    // that stands beside it, and a name of a megabyte is too large a pattern to run.
+    // Names that are patterns: "(a+)+b" takes for ever to fail on 'a'*40, and one too large to run.
     write(folder / "patterns.hvf", [] {
         orvia("patterns", [] {
             for (const std::string& name : {std::string("(a+)+b"), std::string(40, 'a') + "c",
@@ -298,8 +287,7 @@ int main(int argc, char** argv) {
         });
     });
 
-    // Phases nested 2,000 deep, deeper than a statement of the page's call tree holds; and the
-    // text of a chain of 100,000 levels over its rows.
+    // Phases nested deeper than a statement of the page's call tree holds.
     write(folder / "deep_chain.hvf", [] { nest(0); });
     writeDeepTree(folder / "deep_tree.js");
     ptClearRawData();
