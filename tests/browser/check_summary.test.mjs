@@ -18,12 +18,11 @@ const rowsOf = (page) => page.$$eval('#checkTable tr[id^="checkRow"]', (trs) => 
     labels: [...svg.querySelectorAll('text.axisLabel')].map((t) => t.textContent),
   };
 }));
-const textOf = (page, id) => page.$eval('#' + id, (element) => element.textContent);
 
 test('check summary: a failed check shows the slower phase first, drawn from its runs', async () => {
   await withReport('check/failed.html', async (page) => {
-    assert.match(await textOf(page, 'checkHeadline'), /^FAILED: \d+ regressions? beyond 5% \(sort blocks/);
-    assert.match(await textOf(page, 'checkMethod'), /^8 base runs against 8 new runs, wall-clock time/);
+    assert.match(await page.textContent('#checkHeadline'), /^FAILED: \d+ regressions? beyond 5% \(sort blocks/);
+    assert.match(await page.textContent('#checkMethod'), /^8 base runs against 8 new runs, wall-clock time/);
     const rows = await rowsOf(page);
     const [sort] = rows;
     assert.deepEqual([...sort.cells.slice(0, 2), sort.cells[7], sort.baseRuns, sort.newRuns],
@@ -47,14 +46,14 @@ test('check summary: a failed check shows the slower phase first, drawn from its
 
 test('check summary: a passed check and one with too few runs say so', async () => {
   await withReport('check/passed.html', async (page) => {
-    assert.match(await textOf(page, 'checkHeadline'), /^PASSED: no phase regressed beyond 5%/);
+    assert.match(await page.textContent('#checkHeadline'), /^PASSED: no phase regressed beyond 5%/);
     const rows = await rowsOf(page);
     assert.ok(rows.length >= 20 && rows.every((row) => !/verdictRegression/.test(row.verdictClass)) &&
               await page.$eval('#checkNotice', (notice) => getComputedStyle(notice).display === 'none'));
   });
   await withReport('check/inconclusive.html', async (page) => {
-    assert.match(await textOf(page, 'checkHeadline'), /^INCONCLUSIVE/);
-    assert.match(await textOf(page, 'checkNotice'), /no p-value can go below 0\.1, .* at least \d+ runs on each side/);
+    assert.match(await page.textContent('#checkHeadline'), /^INCONCLUSIVE/);
+    assert.match(await page.textContent('#checkNotice'), /no p-value can go below 0\.1, .* at least \d+ runs on each side/);
     const rows = await rowsOf(page), sort = rows.find((row) => row.cells[0] === 'sort blocks');
     assert.deepEqual([rows.every((row) => row.cells[7] !== 'regression'), rows.some((row) => row.cells[5] === 'too few runs'),
                       sort.baseRuns + sort.newRuns], [true, true, 6]);

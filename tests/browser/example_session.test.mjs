@@ -40,8 +40,7 @@ function microseconds(text) {
   const match = /^(\d+)(?:\.(\d+))?(µs|ms|s)$/.exec(text);
   assert.ok(match, `a time: ${text}`);
   const scale = { 'µs': 1, 'ms': 1e3, 's': 1e6 }[match[3]];
-  return { value: Number(`${match[1]}.${match[2] ?? 0}`) * scale,
-           tolerance: scale * 0.5 * 10 ** -(match[2] ?? '').length };
+  return { value: Number(`${match[1]}.${match[2] ?? 0}`) * scale, tolerance: scale * 0.5 * 10 ** -(match[2] ?? '').length };
 }
 
 test('example export: speedscope lists every phase with its duration', { skip }, async () => {

@@ -2,9 +2,8 @@
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { detailPhases, follow, showTab, texts, textsOf, withReport } from './report_browser.mjs';
+import { big, detailPhases, follow, showTab, texts, textsOf, withReport } from './report_browser.mjs';
 
-const big = { viewport: { width: 1600, height: 1600 } };
 const hostileNames = ['say "hi"', "it's", '<b>bold</b>', 'back\\slash',
                       '</script><script>window.pwned=1</script>', 'a & b',
                       "x' onmouseover='window.pwned=2", '100% done'];

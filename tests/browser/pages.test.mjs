@@ -3,10 +3,9 @@
 
 import { test } from 'node:test';
 import assert from 'node:assert/strict';
-import { aggregateRow, detailPhases, follow, scrollDiv, showTab, tabArguments, texts, textsOf, withReport }
+import { aggregateRow, big, detailPhases, follow, scrollDiv, showTab, tabArguments, texts, textsOf, withReport }
   from './report_browser.mjs';
 
-const big = { viewport: { width: 1600, height: 1600 } };
 const tabsOf = (name) => ['Aggregate',
   ...(name.startsWith('aggregate') ? [] : name.includes('difference') ? ['Details'] : ['Call Tree', 'Details']),
   ...(name.includes('detailedmemory') && !name.startsWith('aggregate') ? ['MemChart'] : []), 'System Info'];
@@ -96,11 +95,9 @@ test('difference pages: NA for one side\'s phases, colour classes and the link t
 test('a parent only the right side has, on the first row: every tab works', async () => {
   // The right run wraps the left one's work in an outer phase.
   await withReport('outer_difference_time.html', async (page) => {
-    assert.deepEqual(await page.evaluate(() => {
-      const r = procData[0];
-      return [r.isParent, Phase[r.Phase], r.LHS_WCSelf, r.RHS_WCSelf, r.RHS_CPUSelf];
-    }), [1, 'session', -99.99, 0, 0]);
-    assert.ok((await page.$$('#aggregateSummaryTable td[id$="col0"]')).length > 0);
+    const r = await page.evaluate(() => ({ ...procData[0], name: Phase[procData[0].Phase] }));
+    assert.deepEqual([r.isParent, r.name, r.LHS_WCSelf, r.RHS_WCSelf, r.RHS_CPUSelf,
+                      (await page.$$('#aggregateSummaryTable td[id$="col0"]')).length > 0], [1, 'session', -99.99, 0, 0, true]);
     await showTab(page, 'Details');
     assert.deepEqual(await textsOf(page, '#aggTD', '#row0col1'),
                      [`Aggregate (N = ${await page.evaluate(() => procData.length - numBlankData)})`, 'NA']);

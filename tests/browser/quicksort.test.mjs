@@ -40,8 +40,7 @@ function page(random, rows) {
     WCSelf: figures[random(figures.length)], WCElapsed: figures[random(4)],
   }));
   const context = vm.createContext({ Phase, procData });
-  vm.runInContext(source, context);
-  return context;
+  return vm.runInContext(source, context), context;
 }
 
 const columnSets = [

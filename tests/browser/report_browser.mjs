@@ -134,22 +134,20 @@ export async function withReport(name, body, { viewport = { width: 1280, height:
   await page.close();
 }
 
+/// Windows of the sizes the tests open pages in.
+export const tall = { viewport: { width: 1280, height: 1600 } }, big = { viewport: { width: 1600, height: 1600 } };
+
 export async function screenshot(page, name) {
   mkdirSync(join(reports, 'screenshots'), { recursive: true });
   await page.screenshot({ path: join(reports, 'screenshots', name + '.png'), fullPage: false });
 }
 
-export const tabArguments = {
-  'Aggregate': 'aggregateSummary', 'Call Tree': 'callTreeSummary', 'Details': 'phaseSummary',
-  'MemChart': 'memCanvas', 'System Info': 'systemInfo',
-};
+export const tabArguments = { 'Aggregate': 'aggregateSummary', 'Call Tree': 'callTreeSummary', 'Details': 'phaseSummary',
+                              'MemChart': 'memCanvas', 'System Info': 'systemInfo' };
 
 /// Clicks a tab in the bar that is on show, and waits for its script link to have run.
-export async function showTab(page, label) {
-  const bar = page.locator('#headerTable div[id="header"]:visible');
-  await bar.locator(`a:text-is("${label}")`).click();
-  await page.waitForFunction((argument) => activeTab === argument, tabArguments[label]);
-}
+export const showTab = (page, label) =>
+  follow(page, `#headerTable div[id="header"]:visible a:text-is("${label}")`, tabArguments[label]);
 
 /// Opens a page on its MemChart tab.
 export const withChart = (name, body, options) =>
@@ -157,7 +155,8 @@ export const withChart = (name, body, options) =>
 export const openPopups = (page) => page.$$eval('div[id^="popupDiv"]', (divs) =>
   divs.filter((d) => d.style.zIndex >= 1000).map((d) => d.id).sort());
 
-export async function follow(page, selector, tab) {  // tab: the script argument of the tab opened
+/// Clicks a link, and waits for the tab it opens (by the tab's script argument) to be on show.
+export async function follow(page, selector, tab) {
   await page.click(selector);
   await page.waitForFunction((argument) => activeTab === argument, tab);
 }
@@ -165,8 +164,7 @@ export async function follow(page, selector, tab) {  // tab: the script argument
 export const texts = (page, selector) => page.$$eval(selector, (all) => all.map((e) => e.textContent));
 
 /// The phase names of the Details tab's rows on show.
-export const detailPhases = (page) => page.$$eval('#phaseSummaryTable td[id^="phaseTD"]',
-  (cells) => cells.map((cell) => cell.childNodes[0].textContent));
+export const detailPhases = (page) => page.$$eval('#phaseSummaryTable td[id^="phaseTD"]', (cells) => cells.map((c) => c.childNodes[0].textContent));
 
 /// The procData indices of the Details tab's rows on show.
 export const detailRows = (page) => page.$$eval('#phaseSummaryTable td[id^="execTD"]', (cells) => cells.map((c) => Number(c.textContent)));
@@ -195,8 +193,7 @@ export async function scrollDiv(page, id, { x, y }, until, arg) {
   await page.waitForFunction(until, arg);
 }
 
-export const printedOn = (page, canvas) =>
-  page.evaluate((id) => window.printed.filter((p) => p.canvas === id).map((p) => p.text), canvas);
+export const printedOn = (page, canvas) => page.evaluate((id) => printed.filter((p) => p.canvas === id).map((p) => p.text), canvas);
 
 /// The colours of a column of pixels of a canvas from x, y (from its top left), height pixels or
 /// to the bottom; "none" where nothing is drawn.
