@@ -4,9 +4,8 @@
 import { chromium } from 'playwright-core';
 import { after } from 'node:test';
 import assert from 'node:assert/strict';
-import { existsSync, mkdirSync, readFileSync, writeFileSync } from 'node:fs';
+import { existsSync, mkdirSync } from 'node:fs';
 import { join } from 'node:path';
-import { fileURLToPath } from 'node:url';
 
 export const reports = process.env.PT_REPORTS;
 const executablePath = process.env.PT_CHROMIUM || '/usr/lib/chromium/chromium';
@@ -18,89 +17,11 @@ async function launch() {
     args: ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
            '--disable-background-networking', '--disable-component-update', '--disable-sync'],
   });
-  if (process.env.PT_JS_COVERAGE) recordCoverage(browser, process.env.PT_JS_COVERAGE);
-  return browser;
-}
-
-// ---- Coverage of the page scripts ----
-// With PT_JS_COVERAGE set to a folder, every page records which lines of each page script ran
-// and writes them there as it closes, as { "file.js": [line, ...] } per page. A page file holds
-// the variants of its text between directive lines ("//@if ...") and values ("@@name@@"); each
-// run of lines between them is found whole in the page's scripts when the page has it.
-
-const pagesFolder = fileURLToPath(new URL('../../src/report/pages/', import.meta.url));
-const pageScripts = ['aggregate_tab.js', 'call_tree_filter.js', 'call_tree_tab.js',
-  'check_summary.js', 'details_tab.js', 'mem_chart.js', 'mem_chart_common.js',
-  'mem_chart_diff.js', 'quicksort.js', 'tab_script.js', 'table_engine.js']
-  .map((name) => ({ name, blocks: blocksOf(readFileSync(join(pagesFolder, name), 'utf8')) }));
-let coverageFiles = 0;
-
-function blocksOf(text) {
-  const blocks = [];
-  let block = null;
-  text.replace(/\n$/, '').split('\n').forEach((line, index) => {
-    const start = line.trimStart();
-    if (start.startsWith('//@') || start.startsWith('/*@') || line.includes('@@')) {
-      block = null;
-    } else {
-      if (!block) blocks.push((block = { first: index + 1, lines: [] }));
-      block.lines.push(line);
-    }
-  });
-  return blocks.map((b) => ({ ...b, text: b.lines.join('\n') + '\n' }));
-}
-
-function recordCoverage(browser, folder) {
-  mkdirSync(folder, { recursive: true });
-  const open = new Set();
-  const save = async (page) => {
-    if (!open.delete(page)) return;
-    const lines = {};
-    for (const entry of await page.coverage.stopJSCoverage()) {
-      if (!entry.source) continue;
-      const ranges = entry.functions.flatMap((f) => f.ranges)
-        .sort((a, b) => (b.endOffset - b.startOffset) - (a.endOffset - a.startOffset));
-      for (const script of pageScripts) {
-        const run = linesRun(entry.source, ranges, script.blocks);
-        if (run.length) (lines[script.name] ??= []).push(...run);
-      }
-    }
-    writeFileSync(join(folder, `${process.pid}-${coverageFiles++}.json`), JSON.stringify(lines));
-  };
-  const newPage = browser.newPage.bind(browser);
-  browser.newPage = async (...options) => {
-    const page = await newPage(...options);
-    await page.coverage.startJSCoverage({ resetOnNavigation: false });
-    open.add(page);
-    const close = page.close.bind(page);
-    page.close = async (...how) => { await save(page); return close(...how); };
-    return page;
-  };
-  const closeBrowser = browser.close.bind(browser);
-  browser.close = async () => { for (const page of [...open]) await save(page); return closeBrowser(); };
-}
-
-/// The lines of a page file's blocks, found in order in a script, whose first character ran:
-/// the count of an offset is the count of the smallest range that holds it.
-function linesRun(source, ranges, blocks) {
-  const run = [];
-  let cursor = 0;
-  for (const block of blocks) {
-    let at = source.indexOf(block.text, cursor);
-    while (at > 0 && source[at - 1] != '\n' && source[at - 1] != '>') at = source.indexOf(block.text, at + 1);
-    if (at < 0) continue;
-    cursor = at + block.text.length;
-    block.lines.forEach((line, index) => {
-      const first = line.search(/\S/);
-      if (first >= 0) {
-        let count = 0;
-        for (const r of ranges) if (r.startOffset <= at + first && at + first < r.endOffset) count = r.count;
-        if (count > 0) run.push(block.first + index);
-      }
-      at += line.length + 1;
-    });
+  // Line coverage of the page scripts, when scripts/coverage asks for it.
+  if (process.env.PT_JS_COVERAGE) {
+    (await import('../../scripts/page_coverage.mjs')).record(browser, process.env.PT_JS_COVERAGE);
   }
-  return run;
+  return browser;
 }
 
 let browser;
