@@ -13,6 +13,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -48,10 +49,8 @@ inline hvUniqueArray cellOf(std::vector<hvUniqueArray> elements) {
     return cell;
 }
 inline hvUniqueArray texts(const std::vector<std::string>& items) {
-    std::vector<hvUniqueArray> elements;
-    for (const std::string& item : items) {
-        elements.push_back(text(item));
-    }
+    std::vector<hvUniqueArray> elements(items.size());
+    std::transform(items.begin(), items.end(), elements.begin(), text);
     return cellOf(std::move(elements));
 }
 
@@ -73,10 +72,8 @@ inline Values wrongValues() {
 
 /// Calls Package.Class.method and returns its outputs.
 inline Values call(const std::string& method, const Values& inputs, std::uint32_t nargout = 0) {
-    std::vector<const hvArray*> args;
-    for (const auto& input : inputs) {
-        args.push_back(input.get());
-    }
+    std::vector<const hvArray*> args(inputs.size());
+    std::transform(inputs.begin(), inputs.end(), args.begin(), [](auto& in) { return in.get(); });
     return vos::invoke(method, nargout, args);
 }
 
@@ -191,15 +188,10 @@ inline constexpr const char* kTracer = "PerfTools.Tracer.";
 inline void answer(const std::string& name, std::function<hvArray*()> make) {
     hvxSetHostFunction(name, [make](int nlhs, hvArray** plhs, int, hvArray**) {
         hvArray* value = make();
-        if (!value) {
-            return 1;
+        if (value) {
+            nlhs >= 1 ? void(plhs[0] = value) : hvDestroyArray(value);
         }
-        if (nlhs >= 1) {
-            plhs[0] = value;
-        } else {
-            hvDestroyArray(value);
-        }
-        return 0;
+        return value ? 0 : 1;
     });
 }
 

@@ -7,6 +7,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -42,15 +43,9 @@ protected:
                 std::fill_n(hvGetChars(chars), hvGetNumberOfElements(chars), u'1');
                 return chars;
             }
-            case 7: {
-                const std::size_t dims[] = {1, rng() % 3};
-                return hvCreateLogicalArray(2, dims);
-            }
+            case 7: return hvCreateLogicalArray(2, std::array<std::size_t, 2>{1, rng() % 3}.data());
             case 8: return hvCreateString("\xE2\x82\xAC" + std::to_string(rng() % 3));
-            case 9: {
-                const char* names[] = {"f"};
-                return hvCreateStructMatrix(1, 1, 1, names);
-            }
+            case 9: return hvCreateStructMatrix(1, 1, 1, std::array{"f"}.data());
             default: return nullptr;
         }
     }
