@@ -75,9 +75,9 @@ TEST_F(FileMethods, RowsAreReadByTheirElementCount) {
     // reads it: what lies past its own cells is lost.
     hvUniqueArray old(hvCreateCellMatrix(1, 17));
     hvSetCell(old.get(), 0, hvCreateDoubleScalar(1));  // no version text: the older form
-    hvSetCell(old.get(), 1, hvCreateString("old phase"));
-    hvSetCell(old.get(), 2, hvCreateString("Run"));
-    hvSetCell(old.get(), 3, hvCreateString("model"));
+    for (std::size_t i = 1; const char* s : {"old phase", "Run", "model"}) {
+        hvSetCell(old.get(), i++, hvCreateString(s));
+    }
     hvUniqueArray cells(hvCreateCellMatrix(1, 4));
     hvSetCell(cells.get(), 0, old.release());
     PTYlvaneDataPoint chart;

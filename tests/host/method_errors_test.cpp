@@ -14,20 +14,14 @@ struct In {
     In(const char* s) : make([s] { return text(s); }) {}
     In(int d) : make([d] { return number(d); }) {}
     In(bool b) : make([b] { return flag(b); }) {}
-    static In of(std::function<hvUniqueArray()> make, bool cells = true) {
-        In in(0);
-        in.make = std::move(make);
-        in.cells = cells;
-        return in;
-    }
+    In(std::function<hvUniqueArray()> m, bool c) : make(std::move(m)), cells(c) {}
     std::function<hvUniqueArray()> make;
     bool cells = true;  // whether the wrong values include the empty cell
 };
 
-const In kWrong = In::of(nullptr);
-const In kWrongButCell = In::of(nullptr, false);
-const In kInt32 = In::of([] { return int32(2); });
-const In kCellOfNumber = In::of([] { return cellOf(valuesOf(text("x"), number(1))); });
+const In kWrong(nullptr, true), kWrongButCell(nullptr, false),
+    kInt32([] { return int32(2); }, true);
+const In kCellOfNumber([] { return cellOf(valuesOf(text("x"), number(1))); }, true);
 
 /// As many numbers: no text at all, so that only the count is looked at.
 std::vector<In> numbers(int count) { return std::vector<In>(count, In(0)); }
@@ -41,9 +35,13 @@ struct Refusal {
 const char* const kData = "getProcessedData getAggregateProcessedData";
 const char* const kHtml = "generateHTMLReport";
 const char* const kDiff = "generateDifferenceReport";
+const char* const kOdd = "ExpectedEvenNumberOfParameters";
 const char* const kKs = "generateKsStartupReport";
 const char* const kKsDiff = "generateKsStartupDifferenceReport";
 const char* const kDiag = "diagnosticReport";
+const char* const kSwitches =
+    "enableGlobalLogging enableKsStartupLogging enableDetailedMemStats "
+    "setUseDetailedExceptionDiagnostics";
 
 const Refusal kRefusals[] = {
     // Files.
@@ -59,14 +57,11 @@ const Refusal kRefusals[] = {
     {"enable", {kWrong, true}, "ParameterMismatchString|Grouping"},
     {"enable", {"B", kWrong}, "ParameterMismatchBoolean|Enable"},
     {"enable", {"B", "true"}, "ParameterMismatchBoolean|Enable"},
-    {"enableGlobalLogging enableKsStartupLogging enableDetailedMemStats "
-     "setUseDetailedExceptionDiagnostics",
-     {kWrong},
-     "ParameterMismatchBoolean|Enable"},
+    {kSwitches, {kWrong}, "ParameterMismatchBoolean|Enable"},
     // A flag that passes its test meets a feature that does not exist here.
     {"enableDetailedMemStats", {true}, "WindowsOnlyFeature|Detailed Memory Statistics"},
     // Groupings and statistics types.
-    {"addGrouping", {kWrong, In::of([] { return texts({"x"}); })}, "InvalidNames"},
+    {"addGrouping", {kWrong, In([] { return texts({"x"}); }, true)}, "InvalidNames"},
     {"addGrouping", {"New", kWrongButCell}, "UnexpectedValue|New"},
     {"addGrouping", {"New", kCellOfNumber}, "AddGroupingExpectedString"},
     {"removeGrouping", {"Nothing"}, "RemoveGroupingError|Nothing"},
@@ -74,7 +69,7 @@ const Refusal kRefusals[] = {
     {"clearRawData", {"target", "T1"}, "InvalidNames"},
     {"clearRawData", {"grouping", "Run", "phase", "x"}, "InvalidNames"},
     {"clearRawData", {1, "Run"}, "InvalidNames"},
-    {"clearRawData", numbers(3), "ExpectedEvenNumberOfParameters"},
+    {"clearRawData", numbers(3), kOdd},
     {"clearRawData",
      {"grouping", "Run", "grouping", "Run", "grouping", "Run", "grouping", "Run"},
      "MaxParamsExceeded|6"},
@@ -82,9 +77,7 @@ const Refusal kRefusals[] = {
     {"setStatisticsTypeForModel", {"M", 3}, "InvalidNames"},
     {"setStatisticsTypeForModel", {"M"}, "vos:NotEnoughInputs"},
     // Selections of the data methods; an error in a later pair loses an earlier one's result.
-    {"clearRawData getProcessedData getAggregateProcessedData",
-     {"grouping"},
-     "ExpectedEvenNumberOfParameters"},
+    {"clearRawData getProcessedData getAggregateProcessedData", {"grouping"}, kOdd},
     {kData, {1, "Run"}, "ExpectedNames|'grouping' or 'model'"},
     {kData, {"Model", 2}, "ParameterMismatchString|model"},
     {kData, {"grouping", kInt32}, "ParameterMismatchString|grouping"},
@@ -95,17 +88,17 @@ const Refusal kRefusals[] = {
     // Reports: the count comes first (twelve inputs pass it where the most named is eight).
     {kHtml, numbers(1), "MinParamsNotReached|2"},
     {kHtml, numbers(10), "MaxParamsExceeded|8"},
-    {kHtml, numbers(3), "ExpectedEvenNumberOfParameters"},
+    {kHtml, numbers(3), kOdd},
     {kDiff, numbers(2), "MinParamsNotReached|4"},
     {kDiff, numbers(14), "MaxParamsExceeded|8"},
     {kDiff, numbers(12), "InvalidNames"},
     {kKsDiff, numbers(0), "MinParamsNotReached|2"},
     {kKsDiff, numbers(12), "MaxParamsExceeded|10"},
     {kKs, numbers(6), "MaxParamsExceeded|4"},
-    {kKs, numbers(1), "ExpectedEvenNumberOfParameters"},
+    {kKs, numbers(1), kOdd},
     {kDiag, numbers(0), "MinParamsNotReached|2"},
     {kDiag, numbers(8), "MaxParamsExceeded|6"},
-    {kDiag, numbers(5), "ExpectedEvenNumberOfParameters"},
+    {kDiag, numbers(5), kOdd},
     // Reports: the pairs.
     {kHtml, {1, "x"}, "InvalidNames"},
     {kHtml, {"nosuchname", "x"}, "InvalidNames"},

@@ -20,6 +20,7 @@
 #include <iomanip>
 #include <iterator>
 #include <map>
+#include <numeric>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -79,26 +80,22 @@ inline Values call(const std::string& method, const Values& inputs, std::uint32_
 
 /// The error id and the text arguments of a call's error, or "none".
 inline std::string errorOf(const std::string& method, const Values& inputs,
-                           std::uint32_t nargout = 0) {
-    try {
-        call(method, inputs, nargout);
-    } catch (const foundation::core::except::IMsgIDException& e) {
-        std::string out = e.getErrorID();
-        for (const auto& argument : e.getMessageID().arguments()) {
-            out += "|" + resource_core::argumentText(argument);
-        }
-        return out;
-    }
+                           std::uint32_t nargout = 0) try {
+    call(method, inputs, nargout);
     return "none";
+} catch (const foundation::core::except::IMsgIDException& e) {
+    std::string out = e.getErrorID();
+    for (const auto& argument : e.getMessageID().arguments()) {
+        out += "|" + resource_core::argumentText(argument);
+    }
+    return out;
 }
 
 /// The tracer id of a message.
 inline std::string tracerError(const std::string& id, const std::vector<std::string>& args = {}) {
     std::string out = "performance_tracer:PerformanceTracer:" + id;
-    for (const std::string& arg : args) {
-        out += "|" + arg;
-    }
-    return out;
+    return std::accumulate(args.begin(), args.end(), out,
+                           [](std::string a, const std::string& b) { return a + "|" + b; });
 }
 
 /// Each point as text: its class, the names of its ids (and the ids, when both sides of a

@@ -72,16 +72,10 @@ TEST_F(StreamedRows, ASaveWritesTheBytesOfTheWholeRows) {
     // Rows enough for several compressed blocks. Names of every length class of the encoding,
     // outside ASCII and outside UTF-8, with the roots and backslashes that a phase name loses;
     // figures of every kind; every class with every point type, and ids that no table holds.
-    const std::string names[] = {"",
-                                 "a",
-                                 "caf\xC3\xA9",
-                                 "\xFF\xFE",
-                                 "\xF0\x9F\x99\x82",
-                                 std::string(40, 'x'),
-                                 std::string(300, 'y'),
-                                 "/opt/orvia/toolbox/f.m",
-                                 "C:\\opt\\orvia\\toolbox\\f.m",
-                                 "C:\\work\\g.m"};
+    std::vector<std::string> names = {"", "a", "caf\xC3\xA9", "\xFF\xFE", "\xF0\x9F\x99\x82"};
+    names.insert(names.end(), {std::string(40, 'x'), std::string(300, 'y')});
+    names.insert(names.end(),
+                 {"/opt/orvia/toolbox/f.m", "C:\\opt\\orvia\\toolbox\\f.m", "C:\\work\\g.m"});
     const double inf = std::numeric_limits<double>::infinity();
     const double figures[] = {0.0, -0.0, 1.5e300, std::nan(""), -inf, 4.9e-324};
     std::mt19937 rng(5);
@@ -89,8 +83,7 @@ TEST_F(StreamedRows, ASaveWritesTheBytesOfTheWholeRows) {
         switch (rng() % 8) {
             case 0: return std::int32_t{-1};
             case 1: return std::int32_t{1 << 20};
-            default:
-                return static_cast<std::int32_t>(ptNameID(kind, names[rng() % std::size(names)]));
+            default: return static_cast<std::int32_t>(ptNameID(kind, names[rng() % names.size()]));
         }
     };
     auto& raw = *ptTracer()->_rawData;
@@ -99,7 +92,7 @@ TEST_F(StreamedRows, ASaveWritesTheBytesOfTheWholeRows) {
         switch (rng() % 3) {
             case 0: point = boost::make_shared<PTOrviaDataPoint>(); break;
             case 1: point = boost::make_shared<PTKestruneDataPoint>(); break;
-            default: point = boost::make_shared<PTYlvaneDataPoint>(); break;
+            default: point = boost::make_shared<PTYlvaneDataPoint>();
         }
         point->_pointType = static_cast<std::int32_t>(rng() % 4);
         point->_phaseID = name(PT_TABLE_PHASE);

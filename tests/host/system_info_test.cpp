@@ -16,13 +16,11 @@ class SystemInfo : public MethodTest {
 protected:
     void TearDown() override { hvxRestoreHostFunctions(); }
 
-    static std::string errorOfCollect() {
-        try {
-            performance_tracer::collectSystemInfo();
-        } catch (const foundation::core::except::IMsgIDException& e) {
-            return e.getErrorID() + "|" + e.getMessageText();
-        }
+    static std::string errorOfCollect() try {
+        performance_tracer::collectSystemInfo();
         return "none";
+    } catch (const foundation::core::except::IMsgIDException& e) {
+        return e.getErrorID() + "|" + e.getMessageText();
     }
 };
 
@@ -58,20 +56,16 @@ TEST_F(SystemInfo, FieldsAreAskedInTheirOrder) {
 }
 
 TEST_F(SystemInfo, AnswersOfTheWrongClass) {
-    const struct {
-        const char* function;
-        hvArray* (*make)();
-        const char* field;
-    } cases[] = {
-        {"hostinfo", [] { return hvCreateDoubleScalar(1); }, "CPU information"},
-        {"hostfeature", [] { return hvCreateString("8"); }, "Number of Cores"},
-        {"version", [] { return hvCreateLogicalScalar(true); }, "CPU information"},
-        {"evalcapture", [] { return hvCreateCellMatrix(1, 1); },
-         "installed products: [evalcapture('ver')]"},
-    };
-    for (const auto& c : cases) {
-        answer(c.function, c.make);
-        EXPECT_EQ(errorOfCollect(), tracerError("UnexpectedValue") + "|The value for \"" + c.field +
+    using Make = hvArray* (*)();
+    for (const auto& [function, make, field] :
+         {std::tuple<const char*, Make, const char*>{
+              "hostinfo", [] { return hvCreateDoubleScalar(1); }, "CPU information"},
+          {"hostfeature", [] { return hvCreateString("8"); }, "Number of Cores"},
+          {"version", [] { return hvCreateLogicalScalar(true); }, "CPU information"},
+          {"evalcapture", [] { return hvCreateCellMatrix(1, 1); },
+           "installed products: [evalcapture('ver')]"}}) {
+        answer(function, make);
+        EXPECT_EQ(errorOfCollect(), tracerError("UnexpectedValue") + "|The value for \"" + field +
                                         "\" is of an unexpected class.");
         hvxRestoreHostFunctions();
     }
