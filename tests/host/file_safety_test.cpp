@@ -53,10 +53,10 @@ TEST_F(FileSafety, ASaveThatCannotWriteItsBytesRaisesAndKeepsTheEarlierFile) {
         SCOPED_TRACE(points);
         logPoints(points);
         // A file-size limit, with its signal ignored, fails a write as a full disk does.
-        rlimit before{}, limit{};
+        rlimit before{};
         getrlimit(RLIMIT_FSIZE, &before);
         const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-        limit = {64, before.rlim_max};
+        const rlimit limit{64, before.rlim_max};
         setrlimit(RLIMIT_FSIZE, &limit);
         expectRefused("PerfTools.Tracer.saveToFile", valuesOf(text(file)),
                       tracerError("DataWriteFail", {"Raw Data", file}));
@@ -65,13 +65,11 @@ TEST_F(FileSafety, ASaveThatCannotWriteItsBytesRaisesAndKeepsTheEarlierFile) {
         EXPECT_TRUE(bytesOf(file) == earlier);
         EXPECT_EQ(folderNames(), names);
 
-        expectRefused("PerfTools.Tracer.saveToFile", valuesOf(text("/dev/full")),
-                      tracerError("DataWriteFail", {"Raw Data", "/dev/full"}));
-        expectRefused("PerfTools.Tracer.saveKsStartupData", valuesOf(text("/dev/full")),
-                      tracerError("DataWriteFail", {"Raw Data", "/dev/full"}));
-        struct stat st;
-        ASSERT_EQ(stat("/dev/full", &st), 0);
-        EXPECT_TRUE(S_ISCHR(st.st_mode));
+        for (const char* method : {"saveToFile", "saveKsStartupData"}) {
+            expectRefused(kTracer + std::string(method), valuesOf(text("/dev/full")),
+                          tracerError("DataWriteFail", {"Raw Data", "/dev/full"}));
+        }
+        EXPECT_TRUE(fs::is_character_file("/dev/full"));
     }
 
     // A save that fails before anything is put leaves the earlier file too.
@@ -84,23 +82,21 @@ TEST_F(FileSafety, ASaveThatCannotWriteItsBytesRaisesAndKeepsTheEarlierFile) {
 
     // A device takes the bytes in place and stays a device.
     save("/dev/null");
-    struct stat st;
-    ASSERT_EQ(stat("/dev/null", &st), 0);
-    EXPECT_TRUE(S_ISCHR(st.st_mode));
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
 TEST_F(FileSafety, ASaveReplacesTheFileALinkNamesAndKeepsItsMode) {
     logPoints(10);
     const std::string target = path("target.hvf");
     save(target);
-    fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    const auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+    fs::permissions(target, mode);
     fs::create_symlink("target.hvf", path("link.hvf"));
 
     logPoints(20);
     save(path("link.hvf"));
     EXPECT_TRUE(fs::is_symlink(path("link.hvf")));
-    EXPECT_EQ(fs::status(target).permissions(),
-              fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
+    EXPECT_EQ(fs::status(target).permissions(), mode);
     call("PerfTools.Tracer.loadTracerData", valuesOf(text(target)));
     EXPECT_EQ(ptTracer()->_rawData->size(), 20u);
     EXPECT_EQ(folderNames(), (std::vector<std::string>{"link.hvf", "target.hvf"}));

@@ -137,12 +137,14 @@ TEST_F(MethodErrors, EveryRefusalLeavesTheStateAsItWas) {
     for (const Refusal& refusal : kRefusals) {
         const auto wrong = std::find_if(refusal.inputs.begin(), refusal.inputs.end(),
                                         [](const In& in) { return !in.make; });
-        const std::size_t variants = wrong == refusal.inputs.end() ? 1 : wrongValues().size();
+        const bool hasWrong = wrong != refusal.inputs.end();
+        const std::string error = std::string(refusal.error).starts_with("vos:")
+                                      ? refusal.error
+                                      : tracerError(refusal.error);
         std::istringstream methods(refusal.methods);
         for (std::string method; methods >> method;) {
-            for (std::size_t w = 0; w < variants; ++w) {
-                if (wrong != refusal.inputs.end() && !wrong->cells &&
-                    hvIsCell(wrongValues()[w].get())) {
+            for (std::size_t w = 0; w < (hasWrong ? wrongValues().size() : 1); ++w) {
+                if (hasWrong && !wrong->cells && hvIsCell(wrongValues()[w].get())) {
                     continue;
                 }
                 Values inputs;
@@ -150,10 +152,8 @@ TEST_F(MethodErrors, EveryRefusalLeavesTheStateAsItWas) {
                     inputs.push_back(in.make ? in.make() : std::move(wrongValues()[w]));
                 }
                 SCOPED_TRACE(::testing::Message() << refusal.error << ", wrong value " << w);
-                expectRefused(
-                    method.find('.') == std::string::npos ? kTracer + method : method, inputs,
-                    std::string(refusal.error).starts_with("vos:") ? refusal.error
-                                                                   : tracerError(refusal.error));
+                expectRefused(method.find('.') != std::string::npos ? method : kTracer + method,
+                              inputs, error);
             }
         }
     }
