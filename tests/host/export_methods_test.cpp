@@ -27,14 +27,6 @@ protected:
         ptEnableGlobalLogging(false);
     }
 
-    static std::vector<std::string> fieldsOf(const hvArray* structure) {
-        std::vector<std::string> names;
-        for (int f = 0; f < hvGetNumberOfFields(structure); ++f) {
-            names.push_back(hvGetFieldNameByNumber(structure, f));
-        }
-        return names;
-    }
-
     /// The phase names of a result's structures, read from a field.
     static std::vector<std::string> column(const Values& result, const char* field) {
         std::vector<std::string> out;
@@ -50,8 +42,7 @@ TEST_F(ExportMethods, PairsRecomputeAndTheLastWins) {
     logRun();
     const struct {
         Values inputs;
-        const char* field;
-        const char* values;
+        const char *field, *values;
     } cases[] = {
         {valuesOf(text("grouping"), text("A")), "phaseIDStr", "a k"},  // A and all below it
         {valuesOf(text("GROUPING"), text("A"), text("grouping"), text("B")), "phaseIDStr", "y"},
@@ -72,9 +63,13 @@ TEST_F(ExportMethods, PairsRecomputeAndTheLastWins) {
     const Values sums = call(aggregate, valuesOf(text("model"), text("m1")), 1);
     ASSERT_EQ(hvGetN(sums.at(0).get()), 1u);
     const hvArray* entry = hvGetCell(sums.at(0).get(), 0);
-    EXPECT_EQ(fieldsOf(entry), words("pointType grouping phaseID wcElapsedTime cpuElapsedTime "
-                                     "procMemUsageDelta procMemUsagePeakDelta procVMSizeDelta "
-                                     "Count"));
+    std::vector<std::string> fields;
+    for (int f = 0; f < hvGetNumberOfFields(entry); ++f) {
+        fields.push_back(hvGetFieldNameByNumber(entry, f));
+    }
+    EXPECT_EQ(fields, words("pointType grouping phaseID wcElapsedTime cpuElapsedTime "
+                            "procMemUsageDelta procMemUsagePeakDelta procVMSizeDelta "
+                            "Count"));
     EXPECT_EQ(hvArrayToStdString(hvGetField(entry, 0, "phaseID")), "k");
     EXPECT_EQ(hvArrayToStdString(hvGetField(entry, 0, "grouping")), "A1");
     EXPECT_EQ(hvGetClassID(hvGetField(entry, 0, "Count")), hvClassID::UInt32);
