@@ -21,9 +21,7 @@ const LogMethod kLogMethods[] = {
 /// Good inputs for a log method: texts, then a true flag.
 Values goodInputs(const LogMethod& method) {
     Values inputs;
-    for (std::size_t i = 0; i < method.words.size(); ++i) {
-        inputs.push_back(text("G"));
-    }
+    std::generate_n(std::back_inserter(inputs), method.words.size(), [] { return text("G"); });
     inputs.push_back(flag(true));
     return inputs;
 }
