@@ -79,6 +79,7 @@ TEST_F(StreamedRows, ASaveWritesTheBytesOfTheWholeRows) {
     const double inf = std::numeric_limits<double>::infinity();
     const double figures[] = {0.0, -0.0, 1.5e300, std::nan(""), -inf, 4.9e-324};
     std::mt19937 rng(5);
+    const auto figure = [&] { return figures[rng() % std::size(figures)]; };
     const auto name = [&](std::uint32_t kind) {
         switch (rng() % 8) {
             case 0: return std::int32_t{-1};
@@ -107,15 +108,15 @@ TEST_F(StreamedRows, ASaveWritesTheBytesOfTheWholeRows) {
             y->_chartID = name(PT_TABLE_CHART);
         }
         point->_isPhaseStart = rng() % 2;
-        point->_wcTime = figures[rng() % std::size(figures)];
-        point->_cpuTime = figures[rng() % std::size(figures)];
-        point->_basicMem = rng() % 4
-                               ? boost::make_shared<pt::BasicMemStats>(
-                                     figures[rng() % 6], figures[rng() % 6], figures[rng() % 6])
-                               : nullptr;
-        point->_detailedMem = rng() % 4 ? boost::make_shared<pt::DetailedMemStats>(
-                                              figures[rng() % 6], 1, 2, figures[rng() % 6], 3)
-                                        : nullptr;
+        point->_wcTime = figure();
+        point->_cpuTime = figure();
+        if (rng() % 4) {
+            point->_basicMem = boost::make_shared<pt::BasicMemStats>(figure(), figure(), figure());
+        }
+        if (rng() % 4) {
+            point->_detailedMem =
+                boost::make_shared<pt::DetailedMemStats>(figure(), 1, 2, figure(), 3);
+        }
         raw.push_back(point);
     }
     for (const std::string root : {"/opt/orvia", "C:\\opt\\orvia"}) {
