@@ -30,7 +30,9 @@ TEST_F(Logging, GlobalLoggingEachGroupingAndStatisticsTypes) {
     EXPECT_TRUE(ptLogOrviaData("Never added", "p", true));
     EXPECT_TRUE(ptLogOrviaData(1 << 30, "p", true));
     EXPECT_EQ(tableSize(PT_TABLE_GROUPING), groupings);
+    EXPECT_TRUE(ptIsTracerEnabled("Never added") && ptIsTracerEnabled(1 << 30));
     ptEnableGlobalLogging(false);
+    EXPECT_FALSE(ptIsTracerEnabled("Never added") || ptIsTracerEnabled(1 << 30));
 
     // A grouping is decided on its own, not by its parent's state; the hot path's id is that
     // of "EvalPrms".

@@ -20,6 +20,27 @@ std::string errorOf(const std::function<void()>& refused) {
     return "none";
 }
 
+TEST_F(Runs, SaveLoadAndReportWithoutTheHost) {
+    ptEnableTracer("Build", true);
+    {
+        PT_PHASE("Build", "compile");
+        PT_PHASE("Build", "parse");
+    }
+    pt::saveRun(path("run.hvf"));
+    ptClearRawData();
+    pt::loadRun(path("run.hvf"));
+    const auto points = ptTracer()->snapshotRawData();
+    ASSERT_EQ(points->size(), 4u);
+    EXPECT_EQ(ptGetPhaseStr((*points)[1]->_phaseID), "parse");
+
+    pt::writeDetailReport(path("detail.html"), {path("run.hvf")});
+    pt::writeDifferenceReport(path("diff.html"), {path("run.hvf"), ""});  // against memory
+    pt::writeDiagnosticReport(path("diag.html"));
+    for (const char* page : {"detail.html", "diff.html", "diag.html"}) {
+        EXPECT_GT(fs::file_size(path(page)), 1000u) << page;
+    }
+}
+
 TEST_F(Runs, ExportOfARunAndOfItsSelections) {
     ptEnableTracer("Build", true);
     ptLogOrviaData("Build", "build", true);
